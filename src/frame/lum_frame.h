@@ -1,0 +1,199 @@
+// The primitive frame: argument-check patterns, row addressing, the parallel
+// row frame and the rounding-control bracket.  Every family builds on these.
+//
+// Layers: public function (checks, unpacks, one call) -> row driver (my...,
+// walks rows) -> one-row kernel (inner..., block loop + tail).
+#ifndef LUM_FRAME_H
+#define LUM_FRAME_H
+
+#include <omp.h>
+#include <stdint.h>
+
+#include <stddef.h>
+
+#include <initializer_list>
+#include <type_traits>
+
+#include "lumcc.h"
+
+// Public entry points of this library.
+#define LUM_PUBLIC extern "C" LUM_API
+
+namespace lum {
+
+// ---------------------------------------------------------------------------
+// Row addressing.  A step is a byte count; the product is formed at pointer
+// width so that large images do not wrap on x86-64.
+template <class T>
+inline T* rowPtr(T* base, int y, int stepBytes) {
+  using Byte = typename std::conditional<std::is_const<T>::value, const char, char>::type;
+  return reinterpret_cast<T*>(reinterpret_cast<Byte*>(base) +
+                              static_cast<ptrdiff_t>(y) * static_cast<ptrdiff_t>(stepBytes));
+}
+
+// A step given in bytes to a 16-bit or 32-bit member is turned into elements
+// by an arithmetic shift: a step that is not a multiple of the element size
+// loses its low bits, a negative odd step rounds toward minus infinity.
+inline int stepToElems(int stepBytes, int shift) { return stepBytes >> shift; }
+
+// ---------------------------------------------------------------------------
+// Argument checks.  Each public function runs exactly one pattern and returns
+// on the first failure.
+struct PtrArray {
+  const void* const* p;
+  int n;
+};
+template <class T>
+inline PtrArray arr(T* const* p, int n) {
+  return PtrArray{reinterpret_cast<const void* const*>(p), n};
+}
+
+inline bool anyNull(std::initializer_list<const void*> ptrs) {
+  for (const void* p : ptrs)
+    if (p == nullptr) return true;
+  return false;
+}
+inline bool anyElemNull(std::initializer_list<PtrArray> arrays) {
+  for (const PtrArray& a : arrays)
+    for (int i = 0; i < a.n; ++i)
+      if (a.p[i] == nullptr) return true;
+  return false;
+}
+inline bool sizeBelow(LumSize roi, int minW = 1, int minH = 1) {
+  return roi.width < minW || roi.height < minH;
+}
+inline bool anyStepBelow1(std::initializer_list<int> steps) {
+  for (int s : steps)
+    if (s < 1) return true;
+  return false;
+}
+
+// P1: pointers null -> LumErrNullPtr; size below minimum -> LumErrSize.
+inline LumStatus checkP1(std::initializer_list<const void*> ptrs, LumSize roi, int minW = 1,
+                         int minH = 1) {
+  if (anyNull(ptrs)) return LumErrNullPtr;
+  if (sizeBelow(roi, minW, minH)) return LumErrSize;
+  return LumOk;
+}
+
+// P2: the pointers (arrays themselves) null, then size, then each element of
+// each pointer array, source first.
+inline LumStatus checkP2(std::initializer_list<const void*> ptrs, LumSize roi,
+                         std::initializer_list<PtrArray> arrays, int minW = 1, int minH = 1) {
+  if (anyNull(ptrs)) return LumErrNullPtr;
+  if (sizeBelow(roi, minW, minH)) return LumErrSize;
+  if (anyElemNull(arrays)) return LumErrNullPtr;
+  return LumOk;
+}
+
+// P3: all pointers, elements of arrays included, then size.
+inline LumStatus checkP3(std::initializer_list<const void*> ptrs,
+                         std::initializer_list<PtrArray> arrays, LumSize roi, int minW = 1,
+                         int minH = 1) {
+  if (anyNull(ptrs) || anyElemNull(arrays)) return LumErrNullPtr;
+  if (sizeBelow(roi, minW, minH)) return LumErrSize;
+  return LumOk;
+}
+
+// P4: as P1 or P3, with a step check after the size check.
+inline LumStatus checkP4(std::initializer_list<const void*> ptrs,
+                         std::initializer_list<PtrArray> arrays, LumSize roi,
+                         std::initializer_list<int> steps, int minW = 1, int minH = 1) {
+  LumStatus st = checkP3(ptrs, arrays, roi, minW, minH);
+  if (st != LumOk) return st;
+  if (anyStepBelow1(steps)) return LumErrStep;
+  return LumOk;
+}
+
+// P5: all pointers, then steps, then size.
+inline LumStatus checkP5(std::initializer_list<const void*> ptrs,
+                         std::initializer_list<PtrArray> arrays, std::initializer_list<int> steps,
+                         LumSize roi) {
+  if (anyNull(ptrs) || anyElemNull(arrays)) return LumErrNullPtr;
+  if (anyStepBelow1(steps)) return LumErrStep;
+  if (sizeBelow(roi)) return LumErrSize;
+  return LumOk;
+}
+
+// P6: pointers only; an empty region converts nothing and is LumOk.
+inline LumStatus checkP6(std::initializer_list<const void*> ptrs,
+                         std::initializer_list<PtrArray> arrays) {
+  if (anyNull(ptrs) || anyElemNull(arrays)) return LumErrNullPtr;
+  return LumOk;
+}
+
+// P7: arrays null, size below 1x1, elements null, then size below 2x2.
+inline LumStatus checkP7(std::initializer_list<const void*> ptrs, LumSize roi,
+                         std::initializer_list<PtrArray> arrays) {
+  if (anyNull(ptrs)) return LumErrNullPtr;
+  if (sizeBelow(roi, 1, 1)) return LumErrSize;
+  if (anyElemNull(arrays)) return LumErrNullPtr;
+  if (sizeBelow(roi, 2, 2)) return LumErrSize;
+  return LumOk;
+}
+
+// ---------------------------------------------------------------------------
+// Parallel row frame.
+//
+// The team size is read afresh from threads_omp_of_n_lum at each region.
+inline int teamSize() {
+  int n = threads_omp_of_n_lum;
+  return n >= 1 ? n : 1;
+}
+
+// The threshold below which a group-1 driver stays on the calling thread.
+constexpr int32_t kGroup1Threshold = 4097;
+
+// width * height as a signed 32-bit product (it may wrap, and a negative
+// product takes the serial path).
+inline int32_t pixelCount32(int width, int height) {
+  return static_cast<int32_t>(static_cast<uint32_t>(width) * static_cast<uint32_t>(height));
+}
+
+// Region at any size (groups 2 to 6): a parallel construct with a static
+// worksharing loop over rows, each thread going upward through its block.
+template <class RowFn>
+inline void parallelRows(int height, RowFn&& row) {
+#pragma omp parallel num_threads(teamSize())
+  {
+#pragma omp for schedule(static)
+    for (int y = 0; y < height; ++y) row(y);
+  }
+}
+
+// Group-1 row driver: serial below 4097 pixels, a region otherwise.
+template <class RowFn>
+inline void group1Rows(int width, int height, RowFn&& row) {
+  if (pixelCount32(width, height) < kGroup1Threshold) {
+    for (int y = 0; y < height; ++y) row(y);
+    return;
+  }
+  parallelRows(height, row);
+}
+
+// Serial row loop (families that run on the calling thread).
+template <class RowFn>
+inline void serialRows(int height, RowFn&& row) {
+  for (int y = 0; y < height; ++y) row(y);
+}
+
+// ---------------------------------------------------------------------------
+// Rounding-control bracket: round to nearest for the life of the object; the
+// caller's mode is restored only when it was another one.
+class RoundNearestBracket {
+ public:
+  RoundNearestBracket() : kept_(lum_set_rc_ssx(0)) {}
+  ~RoundNearestBracket() {
+    if (kept_ & 0x6000) lum_set_cw_ssx(kept_);
+  }
+  RoundNearestBracket(const RoundNearestBracket&) = delete;
+  RoundNearestBracket& operator=(const RoundNearestBracket&) = delete;
+  int kept() const { return kept_; }
+
+ private:
+  int kept_;
+};
+
+}  // namespace lum
+
+#endif  // LUM_FRAME_H

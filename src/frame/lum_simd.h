@@ -1,0 +1,228 @@
+// Shared arithmetic of the kernels, each in its scalar form and its SSE2 form:
+// saturations, high-half multiplies, the approximate reciprocal with and
+// without its Newton step, float-to-integer conversions, and the
+// (de)interleave networks for 3- and 4-sample pixels.
+#ifndef LUM_SIMD_H
+#define LUM_SIMD_H
+
+#include <emmintrin.h>
+#include <stdint.h>
+#include <string.h>
+
+namespace lum {
+
+// ---------------------------------------------------------------------------
+// Scalar saturations.
+inline int sat8u(int v) { return v < 0 ? 0 : (v > 255 ? 255 : v); }
+inline int sat16u(int v) { return v < 0 ? 0 : (v > 65535 ? 65535 : v); }
+inline int sat16s(int v) { return v < -32768 ? -32768 : (v > 32767 ? 32767 : v); }
+
+// High half of a 16x16-bit product: (a * b) >> 16.  Hs is the signed form
+// (pmulhw), Hu the unsigned one (pmulhuw).
+inline int Hs(int a, int b) { return (a * b) >> 16; }
+inline int Hu(unsigned a, unsigned b) { return static_cast<int>((a * b) >> 16); }
+
+// Vector forms of the same.
+inline __m128i vHs(__m128i a, __m128i b) { return _mm_mulhi_epi16(a, b); }
+inline __m128i vHu(__m128i a, __m128i b) { return _mm_mulhi_epu16(a, b); }
+inline __m128i vset16(int v) { return _mm_set1_epi16(static_cast<short>(v)); }
+
+// Saturating packs: signed 32 -> signed 16, signed 16 -> unsigned 8.
+inline __m128i vPackS32S16(__m128i lo, __m128i hi) { return _mm_packs_epi32(lo, hi); }
+inline __m128i vPackS16U8(__m128i lo, __m128i hi) { return _mm_packus_epi16(lo, hi); }
+// 32-bit lanes clamped to 0..65535 and packed to unsigned 16: subtract 32768,
+// saturate to signed 16, add 32768 back.
+inline __m128i vPackS32U16(__m128i lo, __m128i hi) {
+  const __m128i bias32 = _mm_set1_epi32(32768);
+  const __m128i bias16 = _mm_set1_epi16(static_cast<short>(0x8000));
+  return _mm_add_epi16(_mm_packs_epi32(_mm_sub_epi32(lo, bias32), _mm_sub_epi32(hi, bias32)),
+                       bias16);
+}
+
+// ---------------------------------------------------------------------------
+// Approximate reciprocal (rcpss / rcpps) and its one Newton step
+// r' = (r + r) - (x * r) * r, in this order of operations.
+inline float rcpS(float x) { return _mm_cvtss_f32(_mm_rcp_ss(_mm_set_ss(x))); }
+inline float rcpNewtonS(float x) {
+  const __m128 vx = _mm_set_ss(x);
+  const __m128 r = _mm_rcp_ss(vx);
+  return _mm_cvtss_f32(_mm_sub_ss(_mm_add_ss(r, r), _mm_mul_ss(_mm_mul_ss(vx, r), r)));
+}
+inline __m128 vRcp(__m128 x) { return _mm_rcp_ps(x); }
+inline __m128 vRcpNewton(__m128 x) {
+  const __m128 r = _mm_rcp_ps(x);
+  return _mm_sub_ps(_mm_add_ps(r, r), _mm_mul_ps(_mm_mul_ps(x, r), r));
+}
+
+// Float to 32-bit integer: in the SSE rounding mode in force (cvtss2si), or
+// truncated toward zero (cvttss2si).
+inline int cvtRound(float x) { return _mm_cvtss_si32(_mm_set_ss(x)); }
+inline int cvtTrunc(float x) { return _mm_cvttss_si32(_mm_set_ss(x)); }
+
+// ---------------------------------------------------------------------------
+// (De)interleave networks.
+//
+// A riffle of N registers (N even) interleaves the first half of the byte (or
+// word) sequence with the second: out[2j], out[2j+1] = unpacklo/hi(in[j],
+// in[j + N/2]).  Sample k of the sequence moves to 2k mod (L - 1), L the
+// sequence length.  Repeating it separates channels:
+//   3 samples of 8 bits, 6 registers (32 pixels): 5 riffles;
+//   4 samples of 8 bits, 2 registers (8 pixels):  3 riffles;
+//   4 samples of 8 bits, 4 registers (16 pixels): 4 riffles;
+//   3 samples of 16 bits, 6 registers (16 pixels): 4 riffles;
+// and the unriffle (its inverse) the same number of times re-interleaves.
+template <int N>
+inline void riffle8(__m128i (&v)[N]) {
+  __m128i t[N];
+  for (int j = 0; j < N / 2; ++j) {
+    t[2 * j] = _mm_unpacklo_epi8(v[j], v[j + N / 2]);
+    t[2 * j + 1] = _mm_unpackhi_epi8(v[j], v[j + N / 2]);
+  }
+  for (int j = 0; j < N; ++j) v[j] = t[j];
+}
+template <int N>
+inline void unriffle8(__m128i (&v)[N]) {
+  const __m128i lo = _mm_set1_epi16(0x00ff);
+  __m128i t[N];
+  for (int j = 0; j < N / 2; ++j) {
+    t[j] = _mm_packus_epi16(_mm_and_si128(v[2 * j], lo), _mm_and_si128(v[2 * j + 1], lo));
+    t[j + N / 2] = _mm_packus_epi16(_mm_srli_epi16(v[2 * j], 8), _mm_srli_epi16(v[2 * j + 1], 8));
+  }
+  for (int j = 0; j < N; ++j) v[j] = t[j];
+}
+template <int N>
+inline void riffle16(__m128i (&v)[N]) {
+  __m128i t[N];
+  for (int j = 0; j < N / 2; ++j) {
+    t[2 * j] = _mm_unpacklo_epi16(v[j], v[j + N / 2]);
+    t[2 * j + 1] = _mm_unpackhi_epi16(v[j], v[j + N / 2]);
+  }
+  for (int j = 0; j < N; ++j) v[j] = t[j];
+}
+// Even words of a register in its low half, odd words in its high half.
+inline __m128i evenOddWords(__m128i a) {
+  a = _mm_shufflelo_epi16(a, _MM_SHUFFLE(3, 1, 2, 0));
+  a = _mm_shufflehi_epi16(a, _MM_SHUFFLE(3, 1, 2, 0));
+  return _mm_shuffle_epi32(a, _MM_SHUFFLE(3, 1, 2, 0));
+}
+template <int N>
+inline void unriffle16(__m128i (&v)[N]) {
+  __m128i t[N];
+  for (int j = 0; j < N / 2; ++j) {
+    const __m128i a = evenOddWords(v[2 * j]);
+    const __m128i b = evenOddWords(v[2 * j + 1]);
+    t[j] = _mm_unpacklo_epi64(a, b);
+    t[j + N / 2] = _mm_unpackhi_epi64(a, b);
+  }
+  for (int j = 0; j < N; ++j) v[j] = t[j];
+}
+template <int Times, int N>
+inline void riffle8Times(__m128i (&v)[N]) {
+  for (int i = 0; i < Times; ++i) riffle8(v);
+}
+template <int Times, int N>
+inline void unriffle8Times(__m128i (&v)[N]) {
+  for (int i = 0; i < Times; ++i) unriffle8(v);
+}
+
+inline __m128i loadu(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+inline void storeu(void* p, __m128i v) { _mm_storeu_si128(static_cast<__m128i*>(p), v); }
+inline __m128i loadl64(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
+inline void storel64(void* p, __m128i v) { _mm_storel_epi64(static_cast<__m128i*>(p), v); }
+
+// 3-byte pixels, 32 at a time: 96 bytes -> R, G, B as two registers of 16
+// bytes each (r[0] pixels 0-15, r[1] pixels 16-31), and back.
+struct Planes8x32 {
+  __m128i c[3][2];
+};
+inline Planes8x32 deinterleave3x32(const uint8_t* p) {
+  __m128i v[6] = {loadu(p), loadu(p + 16), loadu(p + 32),
+                  loadu(p + 48), loadu(p + 64), loadu(p + 80)};
+  riffle8Times<5>(v);
+  return Planes8x32{{{v[0], v[1]}, {v[2], v[3]}, {v[4], v[5]}}};
+}
+inline void interleave3x32(const Planes8x32& s, uint8_t* p) {
+  __m128i v[6] = {s.c[0][0], s.c[0][1], s.c[1][0], s.c[1][1], s.c[2][0], s.c[2][1]};
+  unriffle8Times<5>(v);
+  for (int i = 0; i < 6; ++i) storeu(p + 16 * i, v[i]);
+}
+
+// 3-byte pixels, 16 at a time (48 bytes): the same network with the second
+// half empty.  c[k] holds the 16 samples of channel k.
+inline void deinterleave3x16(const uint8_t* p, __m128i c[3]) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {loadu(p), loadu(p + 16), loadu(p + 32), z, z, z};
+  riffle8Times<5>(v);
+  c[0] = v[0];
+  c[1] = v[2];
+  c[2] = v[4];
+}
+inline void interleave3x16(const __m128i c[3], uint8_t* p) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {c[0], z, c[1], z, c[2], z};
+  unriffle8Times<5>(v);
+  storeu(p, v[0]);
+  storeu(p + 16, v[1]);
+  storeu(p + 32, v[2]);
+}
+
+// 3-byte pixels, 8 at a time (24 bytes, read and written exactly): channel
+// k in the low 8 bytes of c[k].
+inline void deinterleave3x8(const uint8_t* p, __m128i c[3]) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {loadu(p), loadl64(p + 16), z, z, z, z};
+  riffle8Times<5>(v);
+  c[0] = v[0];
+  c[1] = v[2];
+  c[2] = v[4];
+}
+inline void interleave3x8(const __m128i c[3], uint8_t* p) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {c[0], z, c[1], z, c[2], z};
+  unriffle8Times<5>(v);
+  storeu(p, v[0]);
+  storel64(p + 16, v[1]);
+}
+
+// 4-byte pixels, 8 at a time (32 bytes): c[k] low 8 bytes = channel k.
+inline void deinterleave4x8(const uint8_t* p, __m128i c[4]) {
+  __m128i v[2] = {loadu(p), loadu(p + 16)};
+  riffle8Times<3>(v);
+  c[0] = v[0];
+  c[1] = _mm_srli_si128(v[0], 8);
+  c[2] = v[1];
+  c[3] = _mm_srli_si128(v[1], 8);
+}
+// Channels (low 8 bytes each) -> two registers of 4 interleaved pixels each.
+inline void interleave4x8(const __m128i c[4], __m128i out[2]) {
+  const __m128i a = _mm_unpacklo_epi8(c[0], c[1]);
+  const __m128i b = _mm_unpacklo_epi8(c[2], c[3]);
+  out[0] = _mm_unpacklo_epi16(a, b);
+  out[1] = _mm_unpackhi_epi16(a, b);
+}
+
+// 3-word pixels (16-bit samples), 8 at a time (48 bytes): c[k] = 8 words.
+inline void deinterleave3x8w(const uint16_t* p, __m128i c[3]) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {loadu(p), loadu(p + 8), loadu(p + 16), z, z, z};
+  for (int i = 0; i < 4; ++i) riffle16(v);
+  c[0] = v[0];
+  c[1] = v[2];
+  c[2] = v[4];
+}
+inline void interleave3x8w(const __m128i c[3], uint16_t* p) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {c[0], z, c[1], z, c[2], z};
+  for (int i = 0; i < 4; ++i) unriffle16(v);
+  storeu(p, v[0]);
+  storeu(p + 8, v[1]);
+  storeu(p + 16, v[2]);
+}
+
+// Widen bytes to 16-bit lanes.
+inline __m128i lo8to16(__m128i v) { return _mm_unpacklo_epi8(v, _mm_setzero_si128()); }
+inline __m128i hi8to16(__m128i v) { return _mm_unpackhi_epi8(v, _mm_setzero_si128()); }
+
+}  // namespace lum
+
+#endif  // LUM_SIMD_H

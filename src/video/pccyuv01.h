@@ -1,0 +1,112 @@
+// RGB and YUV 4:4:4: the internal layers (row drivers, one-row kernels) and
+// the scalar forms of every formula.  The scalar forms are the tails, and
+// the reference that the SSE2 block loops are written against.
+#ifndef LUM_PCCYUV01_H
+#define LUM_PCCYUV01_H
+
+#include "frame/lum_simd.h"
+#include "lumcc.h"
+
+namespace lum {
+namespace yuv444 {
+
+// Block sizes of the one-row kernels.
+constexpr int kBlockRGBToYUV_C3 = 16;
+constexpr int kBlockRGBToYUV_AC4 = 8;
+constexpr int kBlockRGBToYUV_P3 = 16;
+constexpr int kBlockRGBToYUV_C3P3 = 8;
+constexpr int kBlockYUVToRGB_C3 = 8;
+constexpr int kBlockYUVToRGB_AC4 = 8;
+constexpr int kBlockYUVToRGB_P3 = 8;
+constexpr int kBlockYUVToRGB_P3C3 = 16;
+
+// F1: block loops of the C3, P3 and C3P3 forward kernels.  The three luma
+// products are truncated before they are added.
+inline int f1Y(int R, int G, int B) {
+  return sat16u(sat16u(Hu(256u * R, 19595) + Hu(256u * G, 38469)) + Hu(256u * B, 7471)) >> 8;
+}
+inline int f1U(int R, int G, int B) {
+  return sat8u(sat16s((sat16s(sat16s(Hs(128 * R, -4816) + Hs(128 * G, -9469)) + Hs(128 * B, 14286)) >> 6) + 128));
+}
+inline int f1V(int R, int G, int B) {
+  return sat8u(sat16s((sat16s(sat16s(Hs(128 * R, 20152) + Hs(128 * G, -16875)) + Hs(128 * B, -3276)) >> 6) + 128));
+}
+
+// F2: block loop of the AC4 forward kernel.  R and G share one shift, B has
+// its own; the chroma constants are one off those of F1, on purpose.
+inline int f2Chan(int R, int G, int B, int c0, int c1, int c2, int d) {
+  return sat8u(sat16s(((c0 * R + c1 * G) >> 15) + ((c2 * B) >> 15) + d));
+}
+inline int f2Y(int R, int G, int B) { return f2Chan(R, G, B, 9798, 19235, 3736, 0); }
+inline int f2U(int R, int G, int B) { return f2Chan(R, G, B, -4817, -9470, 14287, 128); }
+inline int f2V(int R, int G, int B) { return f2Chan(R, G, B, 20152, -16876, -3277, 128); }
+
+// F3: tails of the C3 and AC4 forward kernels.  T is twice the luma.
+inline void f3(int R, int G, int B, uint8_t* yuv) {
+  const int T = ((2 * 9798 * R + 2 * 19235 * G) >> 15) + ((2 * 3736 * B) >> 15);
+  yuv[0] = static_cast<uint8_t>(sat8u(T >> 1));
+  yuv[1] = static_cast<uint8_t>(sat8u(Hs(2 * B - T, 16121) + 128));
+  yuv[2] = static_cast<uint8_t>(sat8u(Hs(2 * R - T, 28737) + 128));
+}
+
+// F4: tail of the P3 forward kernel: plain sums of full products.
+inline int f4Y(int R, int G, int B) { return sat8u((19595 * R + 38469 * G + 7471 * B) >> 16); }
+inline int f4U(int R, int G, int B) { return sat8u(((-4816 * R - 9469 * G + 14286 * B) >> 15) + 128); }
+inline int f4V(int R, int G, int B) { return sat8u(((20152 * R - 16875 * G - 3276 * B) >> 15) + 128); }
+
+// F5: tail of the C3P3 forward kernel.  Green is 38470 here so that the luma
+// coefficients add up to 65536; U is not clamped (it cannot leave the range).
+inline void f5(int R, int G, int B, uint8_t* y, uint8_t* u, uint8_t* v) {
+  const int L = 19595 * R + 38470 * G + 7471 * B;
+  const int D = (65536 * B - L + 32767) >> 16;
+  const int E = (65536 * R - L + 32767) >> 16;
+  *y = static_cast<uint8_t>(L >> 16);
+  *u = static_cast<uint8_t>(((D * 32244) >> 16) + 128);
+  *v = static_cast<uint8_t>(sat8u(((E * 57475) >> 16) + 128));
+}
+
+// G1: every path of the C3 and AC4 inverse kernels.
+inline void g1(int Y, int U, int V, uint8_t* rgb) {
+  const int u = 8 * (U - 128), v = 8 * (V - 128);
+  rgb[0] = static_cast<uint8_t>(sat8u(sat16s(Y + Hs(v, 9339))));
+  rgb[1] = static_cast<uint8_t>(sat8u(sat16s(sat16s(Y + Hs(u, -3228)) + Hs(v, -4760))));
+  rgb[2] = static_cast<uint8_t>(sat8u(sat16s(Y + Hs(u, 16646))));
+}
+
+// G2: block loop of the P3 inverse kernel.
+inline int g2R(int Y, int, int V) { return sat8u(Y + (Hs(64 * (V - 128), 18677) >> 4)); }
+inline int g2G(int Y, int U, int V) {
+  return sat8u(Y - ((Hs(64 * (U - 128), 6455) + Hs(64 * (V - 128), 9519)) >> 4));
+}
+inline int g2B(int Y, int U, int) { return sat8u(Y + (Hs(64 * (U - 128), 16646) >> 3)); }
+
+// G3: tail of the P3 inverse kernel (coefficients times 128).
+inline int g3R(int Y, int, int V) { return sat8u((16384 * Y + 18677 * V - 2390656) >> 14); }
+inline int g3G(int Y, int U, int V) { return sat8u((16384 * Y - 6455 * U - 9519 * V + 2044672) >> 14); }
+inline int g3B(int Y, int U, int) { return sat8u((8192 * Y + 16646 * U - 2130688) >> 13); }
+
+// G4: every path of the P3C3 inverse kernel, one bit more precision than G1.
+inline void g4(int Y, int U, int V, uint8_t* rgb) {
+  const int u = 16 * U - 2048, v = 16 * V - 2048, T = 2 * Y;
+  rgb[0] = static_cast<uint8_t>(sat8u(sat16s(T + Hs(v, 9338)) >> 1));
+  rgb[1] = static_cast<uint8_t>(sat8u(sat16s(sat16s(T + Hs(u, -3227)) + Hs(v, -4759)) >> 1));
+  rgb[2] = static_cast<uint8_t>(sat8u(sat16s(T + Hs(u, 16645)) >> 1));
+}
+
+}  // namespace yuv444
+}  // namespace lum
+
+// One-row kernels.
+void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void innerRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
+                          Lum8u* pU, Lum8u* pV, int width);
+void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width);
+void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void innerYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
+                          Lum8u* pG, Lum8u* pB, int width);
+void innerYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
+                            int width);
+
+#endif  // LUM_PCCYUV01_H

@@ -1,0 +1,80 @@
+// Shared test support: images with guard bytes around every row, padded and
+// unaligned rows, seeded random content, a team-size scope.
+#ifndef LUM_TEST_SUPPORT_H
+#define LUM_TEST_SUPPORT_H
+
+#include <stdint.h>
+#include <string.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "lumcc.h"
+
+namespace lumtest {
+
+// An image of `height` rows of `rowBytes` bytes inside a larger buffer: each
+// row is followed by `pad` guard bytes, the first row starts `misalign` bytes
+// past a 16-byte boundary, and 64 guard bytes stand before and after.  Every
+// byte outside the region holds a known pattern, so that a write outside the
+// region is seen by guardsIntact().
+class GuardedImage {
+ public:
+  GuardedImage(int rowBytes, int height, int pad = 13, int misalign = 1);
+
+  uint8_t* data() { return buf_.data() + lead_; }
+  const uint8_t* data() const { return buf_.data() + lead_; }
+  template <class T>
+  T* ptr() {
+    return reinterpret_cast<T*>(data());
+  }
+  uint8_t* row(int y) { return data() + static_cast<ptrdiff_t>(y) * step_; }
+  const uint8_t* row(int y) const { return data() + static_cast<ptrdiff_t>(y) * step_; }
+  template <class T>
+  T* rowAs(int y) {
+    return reinterpret_cast<T*>(row(y));
+  }
+  int step() const { return step_; }
+  int rowBytes() const { return rowBytes_; }
+  int height() const { return height_; }
+
+  // Random bytes in the region (guards keep their pattern).
+  void fillRandom(std::mt19937& rng);
+  // Region filled with one byte value.
+  void fill(uint8_t v);
+  // True when no byte outside the region differs from the guard pattern.
+  bool guardsIntact() const;
+  // The whole buffer, guards included, for "nothing was written" checks.
+  std::vector<uint8_t> snapshot() const { return buf_; }
+  bool equals(const std::vector<uint8_t>& snap) const { return snap == buf_; }
+  // Region rows copied out contiguously (rowBytes each).
+  std::vector<uint8_t> regionBytes() const;
+
+ private:
+  static uint8_t pattern(size_t i) { return static_cast<uint8_t>((i * 131u + 77u) ^ 0xA5u); }
+  bool inRegion(size_t i) const;
+  int rowBytes_, height_, step_;
+  size_t lead_;
+  std::vector<uint8_t> buf_;
+};
+
+// Sets threads_omp_of_n_lum for the life of the object.
+class TeamSize {
+ public:
+  explicit TeamSize(int n) : old_(threads_omp_of_n_lum) { threads_omp_of_n_lum = n; }
+  ~TeamSize() { threads_omp_of_n_lum = old_; }
+
+ private:
+  int old_;
+};
+
+// Widths that cross every block boundary of blocks up to 32 pixels.
+std::vector<int> widthsUpTo(int maxWidth);
+
+// A readable "x=.. y=.. c=.." for failure messages.
+std::string where(int x, int y, int c);
+
+}  // namespace lumtest
+
+#endif  // LUM_TEST_SUPPORT_H
