@@ -1,0 +1,605 @@
+#!/bin/sh
+# Command-line tests of lumconv, one case a run:
+#   cli_tests.sh <lumconv> <work folder> <case>
+# A case makes its input files with printf in <work folder>/<case>, runs
+# lumconv and checks the exit status, the messages and the bytes written.
+# A failing run must exit 1 (2 for wrong usage) with exactly one line on
+# stderr, "lumconv: <file>: <what>", and leave no output file behind: a
+# crash, a sanitizer report or a stray message fails the case.
+set -u
+LUMCONV=$1
+WORK=$2
+CASE=$3
+DEMO="$WORK/demo-out"
+
+DIR="$WORK/$CASE"
+rm -rf "$DIR"
+mkdir -p "$DIR" && cd "$DIR" || exit 1
+
+die() {
+  echo "FAIL ($CASE): $*" >&2
+  exit 1
+}
+
+run() {
+  "$LUMCONV" "$@" >out.txt 2>err.txt
+  status=$?
+}
+
+# ok ARGS...: exit 0 and nothing on stderr.
+ok() {
+  run "$@"
+  [ "$status" -eq 0 ] || die "lumconv $* exited $status: $(cat err.txt)"
+  [ ! -s err.txt ] || die "lumconv $* wrote to stderr: $(cat err.txt)"
+}
+
+# fails CODE FILE ARGS...: exit CODE and one line "lumconv: FILE: ..." on
+# stderr ("lumconv: ..." when FILE is empty).
+fails() {
+  code=$1
+  file=$2
+  shift 2
+  run "$@"
+  [ "$status" -eq "$code" ] || die "lumconv $* exited $status, not $code: $(cat err.txt)"
+  [ "$(wc -l <err.txt)" -eq 1 ] || die "lumconv $*: not one line on stderr: $(cat err.txt)"
+  if [ -n "$file" ]; then prefix="lumconv: $file: "; else prefix="lumconv: "; fi
+  case "$(cat err.txt)" in
+    "$prefix"?*) ;;
+    *) die "lumconv $*: stderr does not start with '$prefix': $(cat err.txt)" ;;
+  esac
+}
+
+# says TEXT: the message of the last run contains TEXT.
+says() {
+  grep -q -F -- "$1" err.txt || die "message lacks '$1': $(cat err.txt)"
+}
+
+absent() {
+  for f in "$@"; do [ ! -e "$f" ] || die "$f was left behind"; done
+}
+
+same() {
+  cmp "$1" "$2" >/dev/null || die "$1 differs from $2: $(od -An -tu1 "$1" | head -c 400)"
+}
+
+# rep N FORMAT: FORMAT (printf escapes) N times.
+rep() {
+  i=0
+  while [ "$i" -lt "$1" ]; do
+    printf "$2"
+    i=$((i + 1))
+  done
+}
+
+# Bytes of the samples, in decimal, one per line.
+samples() { od -An -v -tu1 -j "$2" "$1" | tr -s ' ' '\n' | sed '/^$/d'; }
+
+W3='\377\377\377'                       # white
+Y_BLOCK='\376\177\177'                  # white's Y, U, V in a block: 254 127 127
+Y_TAIL='\376\200\200'                   # ... in the tail of the C3 and P3 kernels: 254 128 128
+YUV_RED='\200\000\000'                  # Y 128, U 0, V 0
+
+case_demo() {
+  rm -rf "$DEMO"
+  ok demo "$DEMO"
+  for f in chart.ppm chart.y4m roundtrip.ppm; do
+    [ -s "$DEMO/$f" ] || die "demo did not write $f"
+    grep -q -F "wrote $DEMO/$f" out.txt || die "demo does not name $f: $(cat out.txt)"
+  done
+  head -c 15 "$DEMO/chart.ppm" >h.txt
+  printf 'P6\n321 241\n255\n' >want.txt
+  same h.txt want.txt
+  [ "$(wc -c <"$DEMO/chart.ppm")" -eq $((15 + 321 * 241 * 3)) ] || die "chart.ppm has the wrong size"
+  head -c 42 "$DEMO/chart.y4m" >h.txt
+  printf 'YUV4MPEG2 W321 H241 F25:1 Ip A1:1 C444\nFRA' >want.txt
+  same h.txt want.txt
+  # Two paths, each with a difference per channel.  Saturated reds and
+  # magentas leave V's 8 bits and come back up to 35 levels darker in R;
+  # a swapped or misplaced plane would show hundreds.
+  [ "$(grep -c 'largest difference R [0-9]*, G [0-9]*, B [0-9]*$' out.txt)" -eq 2 ] ||
+    die "demo output: $(cat out.txt)"
+  for d in $(sed -n 's/.*largest difference R \([0-9]*\), G \([0-9]*\), B \([0-9]*\)$/\1 \2 \3/p' out.txt); do
+    [ "$d" -le 40 ] || die "round trip differs by $d: $(cat out.txt)"
+  done
+}
+
+case_list() {
+  ok --list
+  grep -q '^rgb2yuv  *RGB to YUV' out.txt || die "no rgb2yuv line: $(cat out.txt)"
+  grep -q '^yuv2rgb  *YUV 4:4:4 to RGB' out.txt || die "no yuv2rgb line: $(cat out.txt)"
+  grep -q '^rgb2yuv .*\[8u C3, AC4, C3->P3, P3\]$' out.txt || die "rgb2yuv forms: $(cat out.txt)"
+  grep -q '^yuv2rgb .*\[8u C3, AC4, P3->C3, P3\]$' out.txt || die "yuv2rgb forms: $(cat out.txt)"
+  [ "$(grep -c -v '^[a-z0-9]*  *[A-Z].* \[8u [^]]*\]$' out.txt)" -eq 0 ] || die "odd lines: $(cat out.txt)"
+  # One line a conversion.
+  [ "$(cut -d' ' -f1 out.txt | sort | uniq -d | wc -l)" -eq 0 ] || die "a name listed twice"
+}
+
+case_help() {
+  ok --help
+  grep -q '^usage: lumconv <conversion> <input> <output>' out.txt || die "no usage line"
+  grep -q 'demo \[folder\]' out.txt || die "help lacks the demo"
+}
+
+# The pixel-order kernel: 16 pixels in a block, the 17th in the tail.
+case_rgb2yuv_ppm_tail() {
+  { printf 'P6\n17 1\n255\n'; rep 17 "$W3"; } >in.ppm
+  ok rgb2yuv in.ppm out.ppm
+  { printf 'P6\n17 1\n255\n'; rep 16 "$Y_BLOCK"; printf "$Y_TAIL"; } >want.ppm
+  same out.ppm want.ppm
+  grep -q -F 'lumiRGBToYUV_8u_C3R' out.txt || die "summary: $(cat out.txt)"
+  # A single pixel is all tail.
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; } >one.ppm
+  ok rgb2yuv one.ppm one-out.ppm
+  { printf 'P6\n1 1\n255\n'; printf "$Y_TAIL"; } >want1.ppm
+  same one-out.ppm want1.ppm
+}
+
+# Pixels to planes: 8 pixels a block, then the tail, which gives white as 255, 128, 128.
+case_rgb2yuv_ppm_to_y4m() {
+  { printf 'P6\n9 1\n255\n'; rep 9 "$W3"; } >in.ppm
+  ok rgb2yuv in.ppm out.y4m
+  { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444\nFRAME\n'
+    rep 8 '\376'; printf '\377'; rep 8 '\177'; printf '\200'; rep 8 '\177'; printf '\200'; } >want.y4m
+  same out.y4m want.y4m
+  grep -q -F 'lumiRGBToYUV_8u_C3P3R' out.txt || die "summary: $(cat out.txt)"
+}
+
+# Planes to planes, 16 a block: the 17th pixel through the tail.
+case_rgb2yuv_raw_to_y4m() {
+  { rep 17 '\377'; rep 17 '\377'; rep 17 '\377'; } >in.rgbp
+  ok --raw 17x1 rgb2yuv in.rgbp out.y4m
+  { printf 'YUV4MPEG2 W17 H1 F25:1 Ip A1:1 C444\nFRAME\n'
+    rep 17 '\376'; rep 16 '\177'; printf '\200'; rep 16 '\177'; printf '\200'; } >want.y4m
+  same out.y4m want.y4m
+  grep -q -F 'lumiRGBToYUV_8u_P3R' out.txt || die "summary: $(cat out.txt)"
+  ok rgb2yuv --raw=17x1 in.rgbp out.yuv
+  tail -c 51 want.y4m >want.yuv
+  same out.yuv want.yuv
+}
+
+# A PGM holds the planes one above the other: the same bytes as the Y4M frame.
+case_rgb2yuv_ppm_to_pgm() {
+  { printf 'P6\n9 1\n255\n'; rep 4 "$W3"; rep 5 '\012\200\360'; } >in.ppm
+  ok rgb2yuv in.ppm out.pgm
+  ok rgb2yuv in.ppm out.y4m
+  head -c 11 out.pgm >h.txt
+  printf 'P5\n9 3\n255\n' >want.txt
+  same h.txt want.txt
+  tail -c 27 out.pgm >a.bin
+  tail -c 27 out.y4m >b.bin
+  same a.bin b.bin
+}
+
+case_yuv2rgb_ppm() {
+  { printf 'P6\n9 1\n255\n'; rep 9 "$YUV_RED"; } >in.ppm
+  ok yuv2rgb in.ppm out.ppm
+  { printf 'P6\n9 1\n255\n'; rep 9 '\000\374\000'; } >want.ppm
+  same out.ppm want.ppm
+}
+
+# Planes to pixels, 16 a block and the same formula in the tail.
+case_yuv2rgb_y4m_to_ppm() {
+  { printf 'YUV4MPEG2 W17 H1 F30000:1001 It A4:3 C444 XCOMMENT\nFRAME\n'
+    rep 16 '\200'; printf '\310'; rep 16 '\000'; printf '\200'; rep 16 '\000'; printf '\200'; } >in.y4m
+  ok yuv2rgb in.y4m out.ppm
+  { printf 'P6\n17 1\n255\n'; rep 16 '\000\374\000'; printf '\310\310\310'; } >want.ppm
+  same out.ppm want.ppm
+  grep -q -F 'lumiYUVToRGB_8u_P3C3R' out.txt || die "summary: $(cat out.txt)"
+}
+
+# Planes to planes: G is 253 in the 8-pixel block, 252 in the tail.
+case_yuv2rgb_y4m_to_raw() {
+  { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444\nFRAME\n'
+    rep 9 '\200'; rep 9 '\000'; rep 9 '\000'; } >in.y4m
+  ok yuv2rgb in.y4m out.rgbp
+  { rep 9 '\000'; rep 8 '\375'; printf '\374'; rep 9 '\000'; } >want.rgbp
+  same out.rgbp want.rgbp
+  grep -q -F 'lumiYUVToRGB_8u_P3R' out.txt || die "summary: $(cat out.txt)"
+}
+
+case_yuv2rgb_pgm_to_ppm() {
+  { printf 'P5\n# planes Y, U, V\n2 3\n255\n'; printf '\200\200\000\200\000\200'; } >in.pgm
+  ok yuv2rgb in.pgm out.ppm
+  { printf 'P6\n2 1\n255\n'; printf '\000\374\000\200\200\200'; } >want.ppm
+  same out.ppm want.ppm
+}
+
+# AC4 through PAM: the alpha samples come out as they went in.
+case_pam_alpha_kept() {
+  { printf 'P7\nWIDTH 9\n# a comment\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n'
+    for a in '\001' '\002' '\003' '\004' '\005' '\006' '\007' '\010' '\011'; do printf "$W3$a"; done; } >in.pam
+  ok rgb2yuv in.pam out.pam
+  { printf 'P7\nWIDTH 9\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE YUV_ALPHA\nENDHDR\n'
+    for a in '\001' '\002' '\003' '\004' '\005' '\006' '\007' '\010'; do printf "$Y_BLOCK$a"; done
+    printf "$Y_TAIL"'\011'; } >want.pam
+  same out.pam want.pam
+  grep -q -F 'lumiRGBToYUV_8u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  ok yuv2rgb out.pam back.pam
+  printf 'P7\nWIDTH 9\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n' >want.txt
+  n=$(wc -c <want.txt)
+  head -c "$n" back.pam >h.txt
+  same h.txt want.txt
+  [ "$(samples back.pam "$n" | awk 'NR % 4 == 0' | tr '\n' ' ')" = "1 2 3 4 5 6 7 8 9 " ] ||
+    die "alpha changed: $(samples back.pam "$n" | tr '\n' ' ')"
+}
+
+# Every frame is converted, and a PNM stream holds them one after the other.
+case_multiple_frames() {
+  { printf 'YUV4MPEG2 W3 H2 C444\n'
+    printf 'FRAME\n'; rep 6 '\200'; rep 6 '\000'; rep 6 '\000'
+    printf 'FRAME Ixyz\n'; rep 6 '\144'; rep 6 '\200'; rep 6 '\200'; } >in.y4m
+  ok yuv2rgb in.y4m out.ppm
+  { printf 'P6\n3 2\n255\n'; rep 6 '\000\374\000'; printf 'P6\n3 2\n255\n'; rep 6 '\144\144\144'; } >want.ppm
+  same out.ppm want.ppm
+  grep -q -F '2 frames' out.txt || die "summary: $(cat out.txt)"
+  ok rgb2yuv out.ppm back.y4m
+  n=$(printf 'YUV4MPEG2 W3 H2 F25:1 Ip A1:1 C444\n' | wc -c)
+  [ "$(wc -c <back.y4m)" -eq $((n + 2 * (6 + 18))) ] || die "back.y4m does not hold 2 frames"
+  ok yuv2rgb in.y4m out.rgbp
+  [ "$(wc -c <out.rgbp)" -eq 36 ] || die "out.rgbp holds $(wc -c <out.rgbp) bytes"
+  ok --raw 3x2 rgb2yuv out.rgbp back.yuv
+  [ "$(wc -c <back.yuv)" -eq 36 ] || die "back.yuv holds $(wc -c <back.yuv) bytes"
+}
+
+# The tool gives the bytes the demo gives, through the same functions.
+case_chart_through_cli() {
+  [ -s "$DEMO/chart.ppm" ] || die "the demo's files are missing"
+  ok rgb2yuv "$DEMO/chart.ppm" chart.y4m
+  same chart.y4m "$DEMO/chart.y4m"
+  ok yuv2rgb chart.y4m roundtrip.ppm
+  same roundtrip.ppm "$DEMO/roundtrip.ppm"
+  ok rgb2yuv "$DEMO/chart.ppm" chart.ppm
+  ok yuv2rgb chart.ppm back.ppm
+  [ "$(wc -c <back.ppm)" -eq "$(wc -c <"$DEMO/chart.ppm")" ] || die "back.ppm has the wrong size"
+}
+
+# 16-bit samples are big-endian in the file: (1, 1, 256) has its maximum in
+# blue, so V = 256 (bytes 1, 0) and H = 2/3 of 65535 = 43690 (170, 170), in
+# the 4-pixel loop and in the tail alike.  Read or written the other way
+# round, V would be 1.
+case_rgb2hsv_16u() {
+  { printf 'P6\n5 1\n65535\n'; rep 5 '\000\001\000\001\001\000'; } >in.ppm
+  ok rgb2hsv in.ppm out.ppm
+  grep -q -F 'lumiRGBToHSV_16u_C3R' out.txt || die "summary: $(cat out.txt)"
+  [ "$(samples out.ppm 13 | awk 'NR % 6 == 1 || NR % 6 == 2 || NR % 6 == 5 || NR % 6 == 0' | tr '\n' ' ')" = \
+    "170 170 1 0 170 170 1 0 170 170 1 0 170 170 1 0 170 170 1 0 " ] ||
+    die "H, V: $(samples out.ppm 13 | tr '\n' ' ')"
+  ok hsv2rgb out.ppm back.ppm
+  [ "$(wc -c <back.ppm)" -eq $((13 + 30)) ] || die "back.ppm has the wrong size"
+}
+
+# 8-bit HSV: grey and black have H = S = 0 and V = the level.
+case_rgb2hsv_8u() {
+  { printf 'P6\n5 1\n255\n'; rep 3 "$W3"; rep 2 '\000\000\000'; } >in.ppm
+  ok rgb2hsv in.ppm out.ppm
+  { printf 'P6\n5 1\n255\n'; rep 3 '\000\000\377'; rep 2 '\000\000\000'; } >want.ppm
+  same out.ppm want.ppm
+  ok hsv2rgb out.ppm back.ppm
+  same back.ppm in.ppm
+}
+
+# 16-bit PAM with alpha through HLS and back: a grey level has H = S = 0 and
+# L = the level; the 16-bit alpha stays.
+case_rgb2hls_16u_alpha() {
+  { printf 'P7\nWIDTH 5\nHEIGHT 1\nDEPTH 4\nMAXVAL 65535\nTUPLTYPE RGB_ALPHA\nENDHDR\n'
+    rep 5 '\001\002\001\002\001\002\022\064'; } >in.pam
+  ok rgb2hls in.pam out.pam
+  { printf 'P7\nWIDTH 5\nHEIGHT 1\nDEPTH 4\nMAXVAL 65535\nTUPLTYPE HLS_ALPHA\nENDHDR\n'
+    rep 5 '\000\000\001\002\000\000\022\064'; } >want.pam
+  same out.pam want.pam
+  grep -q -F 'lumiRGBToHLS_16u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  ok hls2rgb out.pam back.pam
+  grep -q -F 'lumiHLSToRGB_16u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  same back.pam in.pam
+}
+
+case_missing_file() {
+  fails 1 nothing.ppm rgb2yuv nothing.ppm out.ppm
+  says 'No such file'
+  absent out.ppm
+  mkdir folder.ppm
+  fails 1 folder.ppm rgb2yuv folder.ppm out.ppm
+  absent out.ppm
+}
+
+case_empty_file() {
+  : >empty.ppm
+  fails 1 empty.ppm rgb2yuv empty.ppm out.ppm
+  says 'empty file'
+  printf 'YUV4MPEG2 W2 H2 C444\n' >empty.y4m
+  fails 1 empty.y4m yuv2rgb empty.y4m out.ppm
+  says 'no frames'
+  absent out.ppm
+}
+
+case_truncated_header() {
+  printf 'P6\n32 ' >t.ppm
+  fails 1 t.ppm rgb2yuv t.ppm out.ppm
+  says 'truncated header'
+  printf 'P6\n32 32\n255' >t2.ppm
+  fails 1 t2.ppm rgb2yuv t2.ppm out.ppm
+  says 'truncated header'
+  printf 'P6\n1 1\n# a comment with no end' >t3.ppm
+  fails 1 t3.ppm rgb2yuv t3.ppm out.ppm
+  says 'truncated header'
+  printf 'P' >t4.ppm
+  fails 1 t4.ppm rgb2yuv t4.ppm out.ppm
+  says 'truncated header'
+  absent out.ppm
+}
+
+case_truncated_header_pam() {
+  printf 'P7\nWIDTH 2\nHEIGHT 2\nDEPTH 3\nMAXVAL 255\n' >t.pam
+  fails 1 t.pam rgb2yuv t.pam out.pam
+  says 'truncated header'
+  absent out.pam
+}
+
+case_truncated_header_y4m() {
+  printf 'YUV4MPEG2 W4 H4 C444' >t.y4m
+  fails 1 t.y4m yuv2rgb t.y4m out.ppm
+  says 'truncated header'
+  printf 'YUV4M' >t2.y4m
+  fails 1 t2.y4m yuv2rgb t2.y4m out.ppm
+  says 'truncated header'
+  absent out.ppm
+}
+
+case_malformed_header() {
+  { printf 'P6\n3x 2\n255\n'; rep 6 "$W3"; } >m.ppm
+  fails 1 m.ppm rgb2yuv m.ppm out.ppm
+  says 'malformed header'
+  { printf 'P6\n3 2\n255x'; rep 6 "$W3"; } >m2.ppm
+  fails 1 m2.ppm rgb2yuv m2.ppm out.ppm
+  says 'malformed header'
+  { printf 'P6\n0 2\n255\n'; } >m3.ppm
+  fails 1 m3.ppm rgb2yuv m3.ppm out.ppm
+  says 'malformed header'
+  printf 'GIF89a' >m4.ppm
+  fails 1 m4.ppm rgb2yuv m4.ppm out.ppm
+  says 'not a PNM'
+  absent out.ppm
+}
+
+case_malformed_header_pam() {
+  printf 'P7\nWIDTH 2\nHEIGHT 2\nDEPTH 3\nENDHDR\n' >m.pam
+  fails 1 m.pam rgb2yuv m.pam out.pam
+  says 'no MAXVAL'
+  printf 'P7\nWIDTH 2\nHEIGHT two\nDEPTH 3\nMAXVAL 255\nENDHDR\n' >m2.pam
+  fails 1 m2.pam rgb2yuv m2.pam out.pam
+  says 'HEIGHT'
+  printf 'P7\nWIDTH 2\nWIDTH 2\nHEIGHT 2\nDEPTH 3\nMAXVAL 255\nENDHDR\n' >m3.pam
+  fails 1 m3.pam rgb2yuv m3.pam out.pam
+  says 'twice'
+  printf 'P7\nSIZE 2\nENDHDR\n' >m4.pam
+  fails 1 m4.pam rgb2yuv m4.pam out.pam
+  says 'SIZE'
+  absent out.pam
+}
+
+case_malformed_header_y4m() {
+  { printf 'YUV4MPEG2 H2 C444\nFRAME\n'; rep 12 '\200'; } >m.y4m
+  fails 1 m.y4m yuv2rgb m.y4m out.ppm
+  says 'no W tag'
+  { printf 'YUV4MPEG2 W2 H-2 C444\nFRAME\n'; rep 12 '\200'; } >m2.y4m
+  fails 1 m2.y4m yuv2rgb m2.y4m out.ppm
+  says 'height'
+  { printf 'YUV4MPEG2 W2 H2 F25 C444\nFRAME\n'; rep 12 '\200'; } >m3.y4m
+  fails 1 m3.y4m yuv2rgb m3.y4m out.ppm
+  says 'frame rate'
+  { printf 'YUV4MPEG2 W2 H1 C444\nFRAMES\n'; rep 6 '\200'; } >m4.y4m
+  fails 1 m4.y4m yuv2rgb m4.y4m out.ppm
+  says 'FRAME'
+  absent out.ppm
+}
+
+case_number_too_large() {
+  printf 'P6\n99999999999 1\n255\n' >n.ppm
+  fails 1 n.ppm rgb2yuv n.ppm out.ppm
+  says 'width too large'
+  printf 'P6\n1 1\n99999\n\377\377\377\377\377\377' >n2.ppm
+  fails 1 n2.ppm rgb2yuv n2.ppm out.ppm
+  says 'maxval 99999'
+  absent out.ppm
+}
+
+# A header announcing gigabytes over a few bytes is refused before any allocation.
+case_huge_image() {
+  { printf 'P6\n2147483647 2147483647\n255\n'; rep 4 "$W3"; } >h.ppm
+  fails 1 h.ppm rgb2yuv h.ppm out.ppm
+  { printf 'P6\n100000 100000\n255\n'; rep 4 "$W3"; } >h2.ppm
+  fails 1 h2.ppm rgb2yuv h2.ppm out.ppm
+  { printf 'YUV4MPEG2 W65536 H65536 C444\nFRAME\n'; rep 4 '\200'; } >h.y4m
+  fails 1 h.y4m yuv2rgb h.y4m out.ppm
+  rep 4 '\200' >h.rgbp
+  fails 1 h.rgbp --raw 2000000000x2000000000 rgb2yuv h.rgbp out.y4m
+  absent out.ppm out.y4m
+}
+
+case_unsupported_ascii() {
+  printf 'P3\n1 1\n255\n255 255 255\n' >a.ppm
+  fails 1 a.ppm rgb2yuv a.ppm out.ppm
+  says 'plain (ASCII) P3 is not supported'
+  printf 'P1\n2 1\n0 1\n' >a.pbm
+  fails 1 a.pbm rgb2yuv a.pbm out.ppm
+  says 'P1'
+  absent out.ppm
+}
+
+case_unsupported_bitmap() {
+  printf 'P4\n8 1\n\377' >b.pbm
+  fails 1 b.pbm rgb2yuv b.pbm out.ppm
+  says 'P4'
+  absent out.ppm
+}
+
+case_unsupported_maxval() {
+  { printf 'P6\n2 2\n1023\n'; rep 24 '\001'; } >m.ppm
+  fails 1 m.ppm rgb2yuv m.ppm out.ppm
+  says 'maxval 1023 is not supported'
+  absent out.ppm
+}
+
+# The 4:4:4 conversions are 8-bit only.
+case_unsupported_16bit() {
+  { printf 'P6\n2 1\n65535\n'; rep 12 '\001'; } >w.ppm
+  fails 1 w.ppm rgb2yuv w.ppm out.ppm
+  says 'rgb2yuv has no 16u C3 form'
+  absent out.ppm
+}
+
+case_unsupported_y4m_chroma() {
+  { printf 'YUV4MPEG2 W2 H2 F25:1 C420jpeg\nFRAME\n'; rep 6 '\200'; } >c.y4m
+  fails 1 c.y4m yuv2rgb c.y4m out.ppm
+  says 'C420jpeg is not supported'
+  { printf 'YUV4MPEG2 W2 H2\nFRAME\n'; rep 6 '\200'; } >c2.y4m
+  fails 1 c2.y4m yuv2rgb c2.y4m out.ppm
+  says 'no C tag, so 4:2:0'
+  absent out.ppm
+}
+
+case_unsupported_pam_depth() {
+  { printf 'P7\nWIDTH 2\nHEIGHT 1\nDEPTH 1\nMAXVAL 255\nTUPLTYPE GRAYSCALE\nENDHDR\n'; rep 2 '\200'; } >d.pam
+  fails 1 d.pam rgb2yuv d.pam out.pam
+  says 'depth 1'
+  absent out.pam
+}
+
+case_unsupported_pgm_height() {
+  { printf 'P5\n2 2\n255\n'; rep 4 '\200'; } >g.pgm
+  fails 1 g.pgm yuv2rgb g.pgm out.ppm
+  says 'is not 3 planes'
+  absent out.ppm
+}
+
+case_raw_size_mismatch() {
+  rep 47 '\200' >r.rgbp
+  fails 1 r.rgbp --raw 4x4 rgb2yuv r.rgbp out.y4m
+  says 'not a whole number'
+  : >e.rgbp
+  fails 1 e.rgbp --raw 4x4 rgb2yuv e.rgbp out.y4m
+  fails 2 '' --raw 4x0 rgb2yuv r.rgbp out.y4m
+  fails 2 '' --raw four rgb2yuv r.rgbp out.y4m
+  absent out.y4m
+}
+
+case_raw_without_size() {
+  rep 48 '\200' >r.yuv
+  fails 1 r.yuv yuv2rgb r.yuv out.ppm
+  says '--raw WxH'
+  absent out.ppm
+}
+
+case_truncated_pixels() {
+  { printf 'P6\n4 4\n255\n'; rep 10 '\001'; } >t.ppm
+  fails 1 t.ppm rgb2yuv t.ppm out.ppm
+  says 'truncated pixel data'
+  { printf 'P6\n1 1\n65535\n'; rep 5 '\001'; } >t2.ppm
+  fails 1 t2.ppm rgb2yuv t2.ppm out.ppm
+  says 'truncated pixel data'
+  # An output that was there stays as it was.
+  printf 'keep' >kept.ppm
+  fails 1 t.ppm rgb2yuv t.ppm kept.ppm
+  [ "$(cat kept.ppm)" = keep ] || die "kept.ppm was overwritten"
+  absent out.ppm
+}
+
+case_truncated_y4m_frame() {
+  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 5 '\200'; } >t.y4m
+  fails 1 t.y4m yuv2rgb t.y4m out.ppm
+  says 'truncated pixel data of frame 1'
+  absent out.ppm
+}
+
+# A failure after some frames were written removes the output.
+case_truncated_second_frame() {
+  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; printf 'FRAME\n'; rep 11 '\200'; } >t.y4m
+  fails 1 t.y4m yuv2rgb t.y4m out.ppm
+  says 'frame 2'
+  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; printf 'FRA'; } >t2.y4m
+  fails 1 t2.y4m yuv2rgb t2.y4m out.ppm
+  says 'truncated frame header'
+  absent out.ppm
+}
+
+case_frames_differ() {
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; printf 'P6\n2 1\n255\n'; rep 2 "$W3"; } >f.ppm
+  fails 1 f.ppm rgb2yuv f.ppm out.y4m
+  says 'frame 2 is 2x1'
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; printf 'junk'; } >f2.ppm
+  fails 1 f2.ppm rgb2yuv f2.ppm out.ppm
+  says 'malformed header'
+  absent out.y4m out.ppm
+}
+
+case_wrong_model() {
+  { printf 'YUV4MPEG2 W2 H1 C444\nFRAME\n'; rep 6 '\200'; } >y.y4m
+  fails 1 y.y4m rgb2yuv y.y4m out.ppm
+  says 'holds YUV; rgb2yuv takes RGB'
+  { printf 'P7\nWIDTH 1\nHEIGHT 1\nDEPTH 3\nMAXVAL 255\nTUPLTYPE RGB\nENDHDR\n'; printf "$W3"; } >r.pam
+  fails 1 r.pam yuv2rgb r.pam out.pam
+  says 'holds RGB; yuv2rgb takes YUV'
+  absent out.ppm out.pam
+}
+
+case_alpha_to_ppm() {
+  { printf 'P7\nWIDTH 1\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n'; printf "$W3"'\200'; } >a.pam
+  fails 1 out.ppm rgb2yuv a.pam out.ppm
+  says 'no alpha channel'
+  fails 1 a.pam rgb2yuv a.pam out.y4m
+  says 'no 8u AC4->P3 form'
+  absent out.ppm out.y4m
+}
+
+# YUV pixels to RGB planes: the library has no such function.
+case_no_such_form() {
+  { printf 'P6\n1 1\n255\n'; printf "$YUV_RED"; } >y.ppm
+  fails 1 y.ppm yuv2rgb y.ppm out.rgbp
+  says 'yuv2rgb has no 8u C3->P3 form'
+  says 'P3->C3'
+  absent out.rgbp
+}
+
+case_output_model() {
+  { printf 'YUV4MPEG2 W2 H1 C444\nFRAME\n'; rep 6 '\200'; } >y.y4m
+  fails 1 out.yuv yuv2rgb y.y4m out.yuv
+  says 'holds YUV, the conversion makes RGB'
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; } >w.ppm
+  fails 1 out.rgbp rgb2yuv w.ppm out.rgbp
+  absent out.yuv out.rgbp
+}
+
+case_unknown_extension() {
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; } >w.ppm
+  fails 1 out.png rgb2yuv w.ppm out.png
+  says "unknown output extension 'png'"
+  fails 1 out rgb2yuv w.ppm out
+  absent out.png out
+}
+
+case_same_file() {
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; } >w.ppm
+  cp w.ppm copy.ppm
+  fails 1 w.ppm rgb2yuv w.ppm w.ppm
+  says 'is the input file'
+  ln -s w.ppm link.ppm
+  fails 1 link.ppm rgb2yuv w.ppm link.ppm
+  same w.ppm copy.ppm
+}
+
+case_usage_errors() {
+  fails 2 ''
+  says 'no conversion given'
+  fails 2 '' rgb2hsx a.ppm b.ppm
+  says "unknown conversion 'rgb2hsx'"
+  fails 2 '' rgb2yuv a.ppm
+  fails 2 '' rgb2yuv a.ppm b.ppm c.ppm
+  fails 2 '' --frobnicate
+  fails 2 '' --raw
+  fails 2 '' demo a b
+  fails 2 '' --raw 2x2 demo
+}
+
+command -v "case_$CASE" >/dev/null 2>&1 || die "no such case"
+"case_$CASE"
+echo "ok ($CASE)"

@@ -1,0 +1,66 @@
+// lumconv: the table of conversions.  Each row is one way of running one
+// named conversion: the kind of image it takes, the kind it makes, and the
+// library function that does the work.  A family adds rows to the table in
+// conversions.cpp; nothing else in the tool needs to change.
+#ifndef LUMCONV_CONVERSIONS_H
+#define LUMCONV_CONVERSIONS_H
+
+#include <cstddef>
+#include <string>
+#include <variant>
+
+#include "image.h"
+#include "lumcc.h"
+
+namespace lumconv {
+
+struct Kind {
+  Model model;
+  Layout layout;
+  Depth depth;
+};
+
+// The library's signature shapes that the tool can call.
+using Pixels8 = LumStatus (*)(const Lum8u*, int, Lum8u*, int, LumSize);                 // C3, AC4
+using PixelsToPlanes8 = LumStatus (*)(const Lum8u*, int, Lum8u* const*, int, LumSize);  // C3P3
+using PlanesToPixels8 = LumStatus (*)(const Lum8u* const*, int, Lum8u*, int, LumSize);  // P3C3
+using Planes8 = LumStatus (*)(const Lum8u* const*, int, Lum8u* const*, int, LumSize);   // P3
+using Pixels16 = LumStatus (*)(const Lum16u*, int, Lum16u*, int, LumSize);              // C3, AC4
+using Function = std::variant<Pixels8, PixelsToPlanes8, PlanesToPixels8, Planes8, Pixels16>;
+
+struct Conversion {
+  const char* name;         // as typed on the command line
+  const char* description;  // one line for --list
+  Kind in;
+  Kind out;
+  const char* functionName;
+  Function function;
+};
+
+// All rows, in --list order.
+const Conversion* conversionTable(size_t* count);
+
+// The first row of name, or null if there is no such conversion.
+const Conversion* findName(const std::string& name);
+// The row of name that takes `in` pixels of `depth` and makes `out`, or null.
+const Conversion* findConversion(const std::string& name, Layout in, Layout out, Depth depth);
+// "C3" for C3 -> C3, "C3->P3" for C3 -> P3, ...
+std::string formName(Layout in, Layout out);
+// The forms a conversion has, e.g. "8u C3, AC4, C3->P3, P3".
+std::string formsOf(const std::string& name);
+// The lines --list prints.
+std::string listing();
+
+// Sizes dst like src in the row's output kind and runs the row's function.
+// An AC4 destination starts as a copy of the source, so its alpha is the
+// source's (the library leaves the fourth byte as it finds it).  A negative
+// status fails with file's name and the status by name; a warning status is
+// returned (LumOk otherwise).
+LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file);
+
+// "LumErrSize (-6)".
+std::string statusName(LumStatus status);
+
+}  // namespace lumconv
+
+#endif

@@ -1,0 +1,99 @@
+// lumconv: the in-memory image, the error that ends a run, and checked
+// size arithmetic.
+#ifndef LUMCONV_IMAGE_H
+#define LUMCONV_IMAGE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "lumcc.h"
+
+namespace lumconv {
+
+// What ends a run: printed by main as "lumconv: <file>: <what>" (or
+// "lumconv: <what>" when no file is concerned).
+struct Error {
+  std::string file;
+  std::string what;
+};
+
+[[noreturn]] void fail(const std::string& file, const std::string& what);
+
+// Sample arrangement of an image in memory, named as the library names it.
+enum class Layout {
+  C3,   // three samples a pixel, interleaved
+  AC4,  // four samples a pixel, the fourth is alpha
+  P3    // three planes, one after the other, each width * height samples
+};
+
+enum class Depth { U8, U16 };
+
+// The colour model the samples stand for, where a file says so.
+enum class Model { Unknown, RGB, YUV, HSV, HLS };
+
+const char* layoutName(Layout layout);         // "C3", "AC4", "P3"
+const char* depthName(Depth depth);            // "8u", "16u"
+const char* modelName(Model model);            // "RGB", "YUV", ... ("" for Unknown)
+Model modelFromName(const std::string& name);  // the prefix of a PAM tuple type
+
+// Stream tags of a YUV4MPEG2 sequence, carried from a .y4m input to a .y4m
+// output; other inputs get these defaults.
+struct VideoTags {
+  std::string frameRate = "25:1";
+  std::string interlace = "p";
+  std::string aspect = "1:1";
+};
+
+// One image (one frame of a sequence).  8-bit samples live in data8, 16-bit
+// samples (native byte order) in data16; the other vector stays empty.
+struct Image {
+  int32_t width = 0;
+  int32_t height = 0;
+  Layout layout = Layout::C3;
+  Depth depth = Depth::U8;
+  Model model = Model::Unknown;
+  VideoTags tags;
+  std::vector<Lum8u> data8;
+  std::vector<Lum16u> data16;
+
+  int channels() const { return layout == Layout::AC4 ? 4 : 3; }
+  int bytesPerSample() const { return depth == Depth::U16 ? 2 : 1; }
+  // Samples in one row: of pixels (C3, AC4) or of one plane (P3).
+  size_t rowSamples() const;
+  // Byte distance between rows, as the library's step arguments take it.
+  int step() const { return static_cast<int>(rowSamples()) * bytesPerSample(); }
+  size_t planeSamples() const;  // P3: samples in one plane
+  size_t totalSamples() const;
+  size_t totalBytes() const { return totalSamples() * static_cast<size_t>(bytesPerSample()); }
+  // Rows of samples: height, or 3 * height for P3 (the planes one after
+  // the other); row8/row16 give row r of data8/data16.
+  size_t rowCount() const;
+  Lum8u* row8(size_t r) { return data8.data() + r * rowSamples(); }
+  const Lum8u* row8(size_t r) const { return data8.data() + r * rowSamples(); }
+  Lum16u* row16(size_t r) { return data16.data() + r * rowSamples(); }
+  const Lum16u* row16(size_t r) const { return data16.data() + r * rowSamples(); }
+
+  // Sizes the storage for width, height, layout and depth (zero-filled).
+  // Fails with file's name if the geometry is empty or any size overflows
+  // (a row must fit the library's int step; the whole image size_t).
+  void allocate(const std::string& file);
+  bool sameGeometry(const Image& other) const {
+    return width == other.width && height == other.height && layout == other.layout &&
+           depth == other.depth;
+  }
+};
+
+// Checks that width and height are at least 1 and that the image's byte
+// sizes can be computed; returns the total byte count.
+size_t checkedImageBytes(const std::string& file, int64_t width, int64_t height, Layout layout,
+                         Depth depth);
+
+// a * b and a + b for sizes, failing with file's name on overflow.
+size_t checkedMul(const std::string& file, size_t a, size_t b);
+size_t checkedAdd(const std::string& file, size_t a, size_t b);
+
+}  // namespace lumconv
+
+#endif

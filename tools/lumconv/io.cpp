@@ -1,0 +1,159 @@
+#include "io.h"
+
+#include "file.h"
+#include "pnm.h"
+#include "raw.h"
+#include "y4m.h"
+
+namespace lumconv {
+
+namespace {
+
+// The extension of path's last component, lower case, without the dot.
+std::string extension(const std::string& path) {
+  const size_t slash = path.find_last_of('/');
+  const size_t dot = path.find_last_of('.');
+  if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return "";
+  std::string ext = path.substr(dot + 1);
+  for (char& c : ext)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return ext;
+}
+
+bool isRawExtension(const std::string& ext) {
+  return ext == "yuv" || ext == "rgbp" || ext == "raw";
+}
+
+}  // namespace
+
+const char* formatName(FileFormat format) {
+  switch (format) {
+    case FileFormat::PPM: return "PPM";
+    case FileFormat::PGM: return "PGM";
+    case FileFormat::PAM: return "PAM";
+    case FileFormat::PNM: return "PNM";
+    case FileFormat::Y4M: return "YUV4MPEG2";
+    case FileFormat::Raw: return "raw planes";
+  }
+  return "?";
+}
+
+bool parseRawSize(const std::string& text, RawSize& size) {
+  const size_t x = text.find('x');
+  if (x == std::string::npos) return false;
+  auto number = [](const std::string& s, int32_t& v) {
+    if (s.empty() || s.size() > 10) return false;
+    int64_t n = 0;
+    for (char c : s) {
+      if (c < '0' || c > '9') return false;
+      n = n * 10 + (c - '0');
+    }
+    if (n < 1 || n > INT32_MAX) return false;
+    v = static_cast<int32_t>(n);
+    return true;
+  };
+  if (!number(text.substr(0, x), size.width) || !number(text.substr(x + 1), size.height))
+    return false;
+  size.given = true;
+  return true;
+}
+
+std::unique_ptr<FrameReader> openReader(const std::string& path, const RawSize& raw) {
+  auto in = std::make_unique<InFile>(path);
+  if (raw.given) return makeRawReader(std::move(in), raw, formatModel(FileFormat::Raw, path));
+
+  const int first = in->get();
+  if (first == EOF) fail(path, "empty file");
+  if (first == 'P') {
+    const int digit = in->get();
+    if (digit == EOF) fail(path, "truncated header");
+    if (digit >= '0' && digit <= '9') return makePnmReader(std::move(in), digit - '0');
+  } else if (first == 'Y') {
+    static const char rest[] = "UV4MPEG2";
+    size_t i = 0;
+    int c = 0;
+    while (rest[i] && (c = in->get()) == rest[i]) ++i;
+    if (!rest[i]) return makeY4mReader(std::move(in));
+    if (c == EOF) fail(path, "truncated header");
+  }
+  if (isRawExtension(extension(path)))
+    fail(path, "headerless planes: give their size with --raw WxH");
+  fail(path, "not a PNM (P5, P6, P7) or YUV4MPEG2 file");
+}
+
+FileFormat outputFormat(const std::string& path) {
+  const std::string ext = extension(path);
+  if (ext == "ppm") return FileFormat::PPM;
+  if (ext == "pgm") return FileFormat::PGM;
+  if (ext == "pam") return FileFormat::PAM;
+  if (ext == "pnm") return FileFormat::PNM;
+  if (ext == "y4m") return FileFormat::Y4M;
+  if (isRawExtension(ext)) return FileFormat::Raw;
+  fail(path,
+       (ext.empty() ? std::string("no extension") : "unknown output extension '" + ext + "'") +
+           " (.ppm, .pam, .pgm, .pnm, .y4m, .yuv, .rgbp or .raw)");
+}
+
+Layout outputLayout(FileFormat format, Layout in) {
+  switch (format) {
+    case FileFormat::PGM:
+    case FileFormat::Y4M:
+    case FileFormat::Raw: return Layout::P3;
+    case FileFormat::PNM: return in;
+    case FileFormat::PPM:
+    case FileFormat::PAM: break;
+  }
+  return in == Layout::AC4 ? Layout::AC4 : Layout::C3;
+}
+
+Model formatModel(FileFormat format, const std::string& path) {
+  if (format == FileFormat::Y4M) return Model::YUV;
+  if (format == FileFormat::Raw) {
+    const std::string ext = extension(path);
+    if (ext == "yuv") return Model::YUV;
+    if (ext == "rgbp") return Model::RGB;
+  }
+  return Model::Unknown;
+}
+
+void checkWritable(const std::string& path, FileFormat format, const Image& frame) {
+  const bool planes = frame.layout == Layout::P3;
+  switch (format) {
+    case FileFormat::PPM:
+      if (frame.layout == Layout::AC4)
+        fail(path, "PPM has no alpha channel: write a .pam to keep it");
+      if (planes) fail(path, "PPM holds pixels, not planes");
+      break;
+    case FileFormat::PAM:
+      if (planes) fail(path, "PAM holds pixels, not planes");
+      break;
+    case FileFormat::PGM:
+      if (!planes) fail(path, "PGM holds planes, not pixels");
+      if (frame.height > INT32_MAX / 3) fail(path, "3 planes of this height don't fit a PGM");
+      break;
+    case FileFormat::PNM:
+      if (planes && frame.height > INT32_MAX / 3)
+        fail(path, "3 planes of this height don't fit a PGM");
+      break;
+    case FileFormat::Y4M:
+    case FileFormat::Raw:
+      if (!planes) fail(path, std::string(formatName(format)) + " holds planes, not pixels");
+      if (frame.depth != Depth::U8)
+        fail(path, std::string(formatName(format)) + " output is 8-bit");
+      break;
+  }
+  const Model model = formatModel(format, path);
+  if (model != Model::Unknown && frame.model != Model::Unknown && model != frame.model)
+    fail(path, std::string("this file holds ") + modelName(model) + ", the conversion makes " +
+                   modelName(frame.model));
+}
+
+std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format) {
+  switch (format) {
+    case FileFormat::Y4M: return makeY4mWriter(path);
+    case FileFormat::Raw: return makeRawWriter(path);
+    default: return makePnmWriter(path, format);
+  }
+}
+
+}  // namespace lumconv

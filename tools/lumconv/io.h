@@ -1,0 +1,71 @@
+// lumconv: image files.  A reader gives the frames of an input one by one, a
+// writer takes them; the format of an input comes from its first bytes (or
+// --raw), that of an output from its extension.
+//
+//   .ppm  P6, 3 samples a pixel (C3)                       maxval 255 or 65535
+//   .pam  P7, DEPTH 3 (C3) or 4 (AC4, e.g. RGB_ALPHA)       maxval 255 or 65535
+//   .pgm  P5, the 3 planes of a P3 image one above the other (height 3 H)
+//   .pnm  written as P6, P7 or P5 by the image's layout
+//   .y4m  YUV4MPEG2, C444, 8-bit planes Y, U, V a frame
+//   .yuv .rgbp .raw  headerless 8-bit planes (P3), one frame after the other;
+//                    reading needs --raw WxH
+//
+// A file may hold several frames: PNM images one after the other, Y4M
+// frames, or raw frames.  All of them are read and converted.
+#ifndef LUMCONV_IO_H
+#define LUMCONV_IO_H
+
+#include <memory>
+#include <string>
+
+#include "image.h"
+
+namespace lumconv {
+
+enum class FileFormat { PPM, PGM, PAM, PNM, Y4M, Raw };
+
+const char* formatName(FileFormat format);
+
+class FrameReader {
+ public:
+  virtual ~FrameReader() = default;
+  // Reads the next frame; false when the input ends cleanly before one.
+  virtual bool next(Image& frame) = 0;
+  virtual FileFormat format() const = 0;
+};
+
+class FrameWriter {
+ public:
+  virtual ~FrameWriter() = default;
+  virtual void write(const Image& frame) = 0;
+  // Completes the file; a writer destroyed without close() removes it.
+  virtual void close() = 0;
+};
+
+struct RawSize {
+  bool given = false;
+  int32_t width = 0;
+  int32_t height = 0;
+};
+
+// Parses "WxH" (both at least 1); false if it isn't one.
+bool parseRawSize(const std::string& text, RawSize& size);
+
+// Opens path and reads its signature: PNM (P5, P6, P7) or YUV4MPEG2; with
+// raw.given, headerless planes of that size.
+std::unique_ptr<FrameReader> openReader(const std::string& path, const RawSize& raw);
+
+// The output format for path's extension; fails on an unknown one.
+FileFormat outputFormat(const std::string& path);
+// The layout a format stores for an image that comes in as `in`.
+Layout outputLayout(FileFormat format, Layout in);
+// The colour model a file's name (raw planes) or format (Y4M) promises, or
+// Unknown.
+Model formatModel(FileFormat format, const std::string& path);
+// Fails with path's name unless format can hold frames like `frame`.
+void checkWritable(const std::string& path, FileFormat format, const Image& frame);
+std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format);
+
+}  // namespace lumconv
+
+#endif

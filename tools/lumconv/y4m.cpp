@@ -1,0 +1,170 @@
+#include "y4m.h"
+
+#include <cstdint>
+
+namespace lumconv {
+
+namespace {
+
+constexpr size_t kMaxLine = 4096;
+
+bool parsePositive(const std::string& text, int32_t& value) {
+  if (text.empty() || text.size() > 10) return false;
+  int64_t v = 0;
+  for (char c : text) {
+    if (c < '0' || c > '9') return false;
+    v = v * 10 + (c - '0');
+  }
+  if (v < 1 || v > INT32_MAX) return false;
+  value = static_cast<int32_t>(v);
+  return true;
+}
+
+bool isRatio(const std::string& text) {
+  const size_t colon = text.find(':');
+  if (colon == std::string::npos || colon == 0 || colon + 1 == text.size()) return false;
+  for (size_t i = 0; i < text.size(); ++i)
+    if (i != colon && (text[i] < '0' || text[i] > '9')) return false;
+  return true;
+}
+
+class Y4mReader : public FrameReader {
+ public:
+  explicit Y4mReader(std::unique_ptr<InFile> in) : in_(std::move(in)) { readStreamHeader(); }
+
+  FileFormat format() const override { return FileFormat::Y4M; }
+
+  bool next(Image& frame) override {
+    if (in_->peek() == EOF) return false;
+    std::string line;
+    if (!readLine(line))
+      fail(in_->path(), "truncated frame header (frame " + std::to_string(frames_ + 1) + ")");
+    if (line.compare(0, 5, "FRAME") != 0 || (line.size() > 5 && line[5] != ' '))
+      fail(in_->path(),
+           "malformed frame header (frame " + std::to_string(frames_ + 1) + "): expected FRAME");
+    ++frames_;
+    frame.width = width_;
+    frame.height = height_;
+    frame.layout = Layout::P3;
+    frame.depth = Depth::U8;
+    frame.model = Model::YUV;
+    frame.tags = tags_;
+    const size_t bytes = checkedImageBytes(in_->path(), width_, height_, Layout::P3, Depth::U8);
+    const std::string what = "pixel data of frame " + std::to_string(frames_);
+    in_->need(bytes, what.c_str());
+    frame.allocate(in_->path());
+    in_->read(frame.data8.data(), bytes, what.c_str());
+    return true;
+  }
+
+ private:
+  // A line up to '\n' (not included); false if the file ends first.
+  bool readLine(std::string& line) {
+    line.clear();
+    for (;;) {
+      const int c = in_->get();
+      if (c == EOF) return false;
+      if (c == '\n') return true;
+      if (line.size() >= kMaxLine)
+        fail(in_->path(), "malformed header: line longer than 4096 bytes");
+      line += static_cast<char>(c);
+    }
+  }
+
+  void readStreamHeader() {
+    const std::string& path = in_->path();
+    std::string line;
+    if (!readLine(line)) fail(path, "truncated header");
+    // The signature is gone; what is left starts with the blank before W.
+    if (!line.empty() && line[0] != ' ')
+      fail(path, "malformed header: expected a blank after YUV4MPEG2");
+    std::string chroma;
+    bool haveW = false, haveH = false;
+    size_t pos = 0;
+    while (pos < line.size()) {
+      if (line[pos] == ' ') {
+        ++pos;
+        continue;
+      }
+      size_t end = line.find(' ', pos);
+      if (end == std::string::npos) end = line.size();
+      const std::string token = line.substr(pos, end - pos);
+      pos = end;
+      const char tag = token[0];
+      const std::string value = token.substr(1);
+      switch (tag) {
+        case 'W':
+          if (!parsePositive(value, width_)) fail(path, "malformed header: width '" + value + "'");
+          haveW = true;
+          break;
+        case 'H':
+          if (!parsePositive(value, height_))
+            fail(path, "malformed header: height '" + value + "'");
+          haveH = true;
+          break;
+        case 'F':
+          if (!isRatio(value)) fail(path, "malformed header: frame rate '" + value + "'");
+          tags_.frameRate = value;
+          break;
+        case 'A':
+          if (!isRatio(value)) fail(path, "malformed header: aspect '" + value + "'");
+          tags_.aspect = value;
+          break;
+        case 'I':
+          if (value != "p" && value != "t" && value != "b" && value != "m")
+            fail(path, "malformed header: interlacing '" + value + "'");
+          tags_.interlace = value;
+          break;
+        case 'C': chroma = value; break;
+        case 'X': break;  // an application's own parameter
+        default: fail(path, "malformed header: unknown tag '" + token + "'");
+      }
+    }
+    if (!haveW || !haveH)
+      fail(path, std::string("malformed header: no ") + (haveW ? "H" : "W") + " tag");
+    // A stream without a C tag is 4:2:0.
+    if (chroma.empty())
+      fail(path, "no C tag, so 4:2:0 (C420jpeg), which is not supported (lumconv reads C444)");
+    if (chroma != "444")
+      fail(path, "colour space C" + chroma + " is not supported (lumconv reads C444)");
+  }
+
+  std::unique_ptr<InFile> in_;
+  int32_t width_ = 0, height_ = 0;
+  VideoTags tags_;
+  long frames_ = 0;
+};
+
+class Y4mWriter : public FrameWriter {
+ public:
+  explicit Y4mWriter(const std::string& path) : out_(path) {}
+
+  void write(const Image& frame) override {
+    if (!started_) {
+      out_.write("YUV4MPEG2 W" + std::to_string(frame.width) + " H" + std::to_string(frame.height) +
+                 " F" + frame.tags.frameRate + " I" + frame.tags.interlace + " A" +
+                 frame.tags.aspect + " C444\n");
+      started_ = true;
+    }
+    out_.write("FRAME\n");
+    out_.write(frame.data8.data(), frame.data8.size());
+  }
+
+  void close() override { out_.close(); }
+
+ private:
+  OutFile out_;
+  bool started_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<FrameReader> makeY4mReader(std::unique_ptr<InFile> in) {
+  return std::make_unique<Y4mReader>(std::move(in));
+}
+
+std::unique_ptr<FrameWriter> makeY4mWriter(const std::string& path) {
+  return std::make_unique<Y4mWriter>(path);
+}
+
+}  // namespace lumconv
