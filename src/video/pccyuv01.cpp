@@ -138,10 +138,16 @@ inline int blockC3toC3(const Lum8u* s, Lum8u* d, int end, Fn16 fn) {
   return x;
 }
 
-// Byte-masked store of the three colour bytes of 4 pixels: alpha is neither
-// read nor written.
+// Masked store of the three colour bytes of 4 pixels (a 16-bit and an 8-bit
+// store a pixel): alpha is neither read nor written.  Ordinary stores keep
+// the destination in cache, unlike a non-temporal byte-masked move.
 inline void storeColourBytes(Lum8u* d, __m128i v) {
-  _mm_maskmoveu_si128(v, _mm_set1_epi32(0x00FFFFFF), reinterpret_cast<char*>(d));
+  for (int i = 0; i < 4; ++i, v = _mm_srli_si128(v, 4)) {
+    const uint32_t px = static_cast<uint32_t>(_mm_cvtsi128_si32(v));
+    const uint16_t lo = static_cast<uint16_t>(px);
+    memcpy(d + 4 * i, &lo, 2);
+    d[4 * i + 2] = static_cast<Lum8u>(px >> 16);
+  }
 }
 
 }  // namespace
@@ -152,11 +158,11 @@ inline void storeColourBytes(Lum8u* d, __m128i v) {
 // Block F1 (16), tail F3.
 void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
   const int block = width & ~(kBlockRGBToYUV_C3 - 1);
-  int x = blockC3toC3(pSrc, pDst, block, f1x16);
+  int x = blockC3toC3(pSrc, pDst, block, [](const __m128i* in, __m128i* out) { f1x16(in, out); });
   for (; x < width; ++x) f3(pSrc[3 * x], pSrc[3 * x + 1], pSrc[3 * x + 2], pDst + 3 * x);
 }
 
-// Block F2 (8) with byte-masked stores, tail F3; the fourth byte of every
+// Block F2 (8) storing only the colour bytes, tail F3; the fourth byte of every
 // destination pixel is left as it was.
 void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
   const int block = width & ~(kBlockRGBToYUV_AC4 - 1);
@@ -245,11 +251,11 @@ void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, 
 // G1 in block loop (8) and tail.
 void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
   const int block = width & ~(kBlockYUVToRGB_C3 - 1);
-  int x = blockC3toC3(pSrc, pDst, block, g1x16);
+  int x = blockC3toC3(pSrc, pDst, block, [](const __m128i* in, __m128i* out) { g1x16(in, out); });
   for (; x < width; ++x) g1(pSrc[3 * x], pSrc[3 * x + 1], pSrc[3 * x + 2], pDst + 3 * x);
 }
 
-// G1 in the 8-pixel loop (byte-masked stores) and in the rest, which stores
+// G1 in the 8-pixel loop (colour bytes only) and in the rest, which stores
 // bytes; the fourth byte of every destination pixel is left as it was.
 void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
   const int block = width & ~(kBlockYUVToRGB_AC4 - 1);
