@@ -317,6 +317,52 @@ TEST(Yuv444Checks, PlanePointerOrder) {
   EXPECT_EQ(lumiYUVToRGB_8u_AC4R(buf, 4, nullptr, 4, LumSize{1, 1}), LumErrNullPtr);
 }
 
+// The pixel-order kernels' two block paths (SSE2 network, SSSE3 shuffles)
+// give the same bytes as the scalar forms, row by row, at every width.
+TEST(Yuv444Paths, Sse2AndSsse3BlockPathsAgree) {
+  const bool haveSsse3 = lum::cpuHasSsse3();
+  std::mt19937 rng(99);
+  for (int w = 1; w <= 200; ++w) {
+    std::vector<uint8_t> src(3 * w), p0(w), p1(w), p2(w);
+    for (auto& b : src) b = static_cast<uint8_t>(rng() >> 24);
+    for (int i = 0; i < w; ++i) {
+      p0[i] = src[3 * i];
+      p1[i] = src[3 * i + 1];
+      p2[i] = src[3 * i + 2];
+    }
+    for (bool ssse3 : {false, true}) {
+      if (ssse3 && !haveSsse3) continue;
+      std::vector<uint8_t> c3(3 * w + 1, 0xCD), y(w + 1, 0xCD), u(w + 1, 0xCD), v(w + 1, 0xCD);
+      auto check = [&](const std::vector<uint8_t>& got, int stride, PixFn blockFn, PixFn tailFn,
+                       int block, const char* what, bool planar) {
+        const int end = w & ~(block - 1);
+        for (int x = 0; x < w; ++x) {
+          const Pix want = x < end ? blockFn(src[3 * x], src[3 * x + 1], src[3 * x + 2])
+                                   : tailFn(src[3 * x], src[3 * x + 1], src[3 * x + 2]);
+          for (int k = 0; k < 3; ++k) {
+            const int g = planar ? (k == 0 ? y : k == 1 ? u : v)[x] : got[stride * x + k];
+            ASSERT_EQ(g, want[k]) << what << " ssse3=" << ssse3 << " w=" << w << " x=" << x;
+          }
+        }
+      };
+      innerRGBToYUV_8u_C3R_path(src.data(), c3.data(), w, ssse3);
+      check(c3, 3, F1, F3, 16, "RGBToYUV_C3R", false);
+      ASSERT_EQ(c3[3 * w], 0xCD);
+      innerYUVToRGB_8u_C3R_path(src.data(), c3.data(), w, ssse3);
+      check(c3, 3, G1, G1, 8, "YUVToRGB_C3R", false);
+      innerRGBToYUV_8u_C3P3R_path(src.data(), y.data(), u.data(), v.data(), w, ssse3);
+      check(c3, 3, F1, F5, 8, "RGBToYUV_C3P3R", true);
+      ASSERT_EQ(y[w], 0xCD);
+      innerYUVToRGB_8u_P3C3R_path(p0.data(), p1.data(), p2.data(), c3.data(), w, ssse3);
+      for (int x = 0; x < w; ++x) {
+        const Pix want = G4(p0[x], p1[x], p2[x]);
+        for (int k = 0; k < 3; ++k) ASSERT_EQ(c3[3 * x + k], want[k]) << "P3C3R w=" << w;
+      }
+      ASSERT_EQ(c3[3 * w], 0xCD);
+    }
+  }
+}
+
 // A step of 0 is accepted: every row lies on the first.
 TEST(Yuv444Steps, ZeroStepWritesTheFirstRowOnly) {
   uint8_t src[3 * 20], dst[3 * 20 + 16];

@@ -9,7 +9,21 @@
 #include <stdint.h>
 #include <string.h>
 
+// The helpers live in an inline namespace named after the instruction set the
+// translation unit is compiled for, so that a unit built for a wider set
+// (the SSSE3 variants) never lends its copies to the SSE2 ones.
+#if defined(__SSSE3__)
+#define LUM_ISA_NS isa_ssse3
+#else
+#define LUM_ISA_NS isa_sse2
+#endif
+
 namespace lum {
+inline namespace LUM_ISA_NS {
+
+// Whether the processor has SSSE3 (pshufb): the faster (de)interleave of
+// 3-byte pixels, with the same bytes as the SSE2 network.
+inline bool cpuHasSsse3() { return __builtin_cpu_supports("ssse3"); }
 
 // ---------------------------------------------------------------------------
 // Scalar saturations.
@@ -223,6 +237,7 @@ inline void interleave3x8w(const __m128i c[3], uint16_t* p) {
 inline __m128i lo8to16(__m128i v) { return _mm_unpacklo_epi8(v, _mm_setzero_si128()); }
 inline __m128i hi8to16(__m128i v) { return _mm_unpackhi_epi8(v, _mm_setzero_si128()); }
 
+}  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
 #endif  // LUM_SIMD_H

@@ -109,4 +109,21 @@ void innerYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum
 void innerYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
                             int width);
 
+// The pixel-order kernels with an explicit choice of block path (SSSE3 or
+// the SSE2 network); both give the same bytes.
+void innerRGBToYUV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
+void innerRGBToYUV_8u_C3P3R_path(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
+                                 bool ssse3);
+void innerYUVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
+void innerYUVToRGB_8u_P3C3R_path(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
+                                 int width, bool ssse3);
+
+// SSSE3 block loops (pccyuv01_ssse3.cpp): pixels [0, end), end a multiple of
+// 8; each returns end.
+int blockRGBToYUV_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockRGBToYUV_C3P3_ssse3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int end);
+int blockYUVToRGB_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockYUVToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
+                             int end);
+
 #endif  // LUM_PCCYUV01_H

@@ -1,0 +1,230 @@
+// RGB and YUV 4:4:4: the SSE2 forms of the block formulas, and the block
+// loops over 3-byte pixels parameterised by the (de)interleave network.
+// Included by the SSE2 unit and by the SSSE3 unit; everything here has
+// internal linkage so that each unit keeps its own instructions.
+#ifndef LUM_PCCYUV01_BLOCKS_H
+#define LUM_PCCYUV01_BLOCKS_H
+
+#include "frame/lum_simd.h"
+#include "lumcc.h"
+
+namespace {
+namespace yuv444blocks {
+
+using namespace lum;
+
+const __m128i kZero = _mm_setzero_si128();
+
+// ---------------------------------------------------------------------------
+// F1 in SSE2, 8 pixels in 16-bit lanes (the vector form of f1Y/f1U/f1V).
+inline __m128i f1YVec(__m128i R, __m128i G, __m128i B) {
+  const __m128i s = _mm_adds_epu16(vHu(_mm_slli_epi16(R, 8), vset16(19595)),
+                                   vHu(_mm_slli_epi16(G, 8), vset16(38469)));
+  return _mm_srli_epi16(_mm_adds_epu16(s, vHu(_mm_slli_epi16(B, 8), vset16(7471))), 8);
+}
+inline __m128i f1ChromaVec(__m128i R, __m128i G, __m128i B, int cr, int cg, int cb) {
+  const __m128i s = _mm_adds_epi16(vHs(_mm_slli_epi16(R, 7), vset16(cr)),
+                                   vHs(_mm_slli_epi16(G, 7), vset16(cg)));
+  const __m128i t = _mm_adds_epi16(s, vHs(_mm_slli_epi16(B, 7), vset16(cb)));
+  return _mm_adds_epi16(_mm_srai_epi16(t, 6), vset16(128));  // sat8u in the pack
+}
+inline __m128i f1UVec(__m128i R, __m128i G, __m128i B) { return f1ChromaVec(R, G, B, -4816, -9469, 14286); }
+inline __m128i f1VVec(__m128i R, __m128i G, __m128i B) { return f1ChromaVec(R, G, B, 20152, -16875, -3276); }
+
+// F1 on 16 pixels given as bytes: in[3] = R, G, B; out[3] = Y, U, V.
+inline void f1x16(const __m128i in[3], __m128i out[3]) {
+  const __m128i Rl = lo8to16(in[0]), Gl = lo8to16(in[1]), Bl = lo8to16(in[2]);
+  const __m128i Rh = hi8to16(in[0]), Gh = hi8to16(in[1]), Bh = hi8to16(in[2]);
+  out[0] = vPackS16U8(f1YVec(Rl, Gl, Bl), f1YVec(Rh, Gh, Bh));
+  out[1] = vPackS16U8(f1UVec(Rl, Gl, Bl), f1UVec(Rh, Gh, Bh));
+  out[2] = vPackS16U8(f1VVec(Rl, Gl, Bl), f1VVec(Rh, Gh, Bh));
+}
+
+// F2 in SSE2 for one channel of 8 pixels in 16-bit lanes: pmaddwd forms
+// c0 R + c1 G in one 32-bit lane, c2 B in another; each is shifted by 15.
+inline __m128i f2ChanVec(__m128i R, __m128i G, __m128i B, int c0, int c1, int c2, int d) {
+  const __m128i kRG = _mm_set1_epi32(static_cast<int>((static_cast<uint32_t>(c1) << 16) |
+                                                      (static_cast<uint32_t>(c0) & 0xffffu)));
+  const __m128i kB = _mm_set1_epi32(c2 & 0xffff);
+  const __m128i vd = _mm_set1_epi32(d);
+  const __m128i lo = _mm_add_epi32(
+      _mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(R, G), kRG), 15),
+                    _mm_srai_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(B, kZero), kB), 15)),
+      vd);
+  const __m128i hi = _mm_add_epi32(
+      _mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(R, G), kRG), 15),
+                    _mm_srai_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(B, kZero), kB), 15)),
+      vd);
+  return vPackS32S16(lo, hi);
+}
+
+// G1 in SSE2 on 8 pixels in 16-bit lanes.
+inline void g1Vec(__m128i Y, __m128i U, __m128i V, __m128i& R, __m128i& G, __m128i& B) {
+  const __m128i u = _mm_slli_epi16(_mm_sub_epi16(U, vset16(128)), 3);
+  const __m128i v = _mm_slli_epi16(_mm_sub_epi16(V, vset16(128)), 3);
+  R = _mm_adds_epi16(Y, vHs(v, vset16(9339)));
+  G = _mm_adds_epi16(_mm_adds_epi16(Y, vHs(u, vset16(-3228))), vHs(v, vset16(-4760)));
+  B = _mm_adds_epi16(Y, vHs(u, vset16(16646)));
+}
+inline void g1x16(const __m128i in[3], __m128i out[3]) {
+  __m128i Rl, Gl, Bl, Rh, Gh, Bh;
+  g1Vec(lo8to16(in[0]), lo8to16(in[1]), lo8to16(in[2]), Rl, Gl, Bl);
+  g1Vec(hi8to16(in[0]), hi8to16(in[1]), hi8to16(in[2]), Rh, Gh, Bh);
+  out[0] = vPackS16U8(Rl, Rh);
+  out[1] = vPackS16U8(Gl, Gh);
+  out[2] = vPackS16U8(Bl, Bh);
+}
+
+// G2 in SSE2 on 8 pixels in 16-bit lanes, one output plane at a time.
+inline __m128i g2u(__m128i U) { return _mm_slli_epi16(_mm_sub_epi16(U, vset16(128)), 6); }
+inline __m128i g2RVec(__m128i Y, __m128i, __m128i V) {
+  return _mm_add_epi16(Y, _mm_srai_epi16(vHs(g2u(V), vset16(18677)), 4));
+}
+inline __m128i g2GVec(__m128i Y, __m128i U, __m128i V) {
+  return _mm_sub_epi16(Y, _mm_srai_epi16(_mm_add_epi16(vHs(g2u(U), vset16(6455)),
+                                                       vHs(g2u(V), vset16(9519))), 4));
+}
+inline __m128i g2BVec(__m128i Y, __m128i U, __m128i) {
+  return _mm_add_epi16(Y, _mm_srai_epi16(vHs(g2u(U), vset16(16646)), 3));
+}
+
+// G4 in SSE2 on 8 pixels in 16-bit lanes.
+inline void g4Vec(__m128i Y, __m128i U, __m128i V, __m128i& R, __m128i& G, __m128i& B) {
+  const __m128i u = _mm_sub_epi16(_mm_slli_epi16(U, 4), vset16(2048));
+  const __m128i v = _mm_sub_epi16(_mm_slli_epi16(V, 4), vset16(2048));
+  const __m128i T = _mm_slli_epi16(Y, 1);
+  R = _mm_srai_epi16(_mm_adds_epi16(T, vHs(v, vset16(9338))), 1);
+  G = _mm_srai_epi16(_mm_adds_epi16(_mm_adds_epi16(T, vHs(u, vset16(-3227))), vHs(v, vset16(-4759))), 1);
+  B = _mm_srai_epi16(_mm_adds_epi16(T, vHs(u, vset16(16645))), 1);
+}
+inline void g4x16(const __m128i in[3], __m128i out[3]) {
+  __m128i Rl, Gl, Bl, Rh, Gh, Bh;
+  g4Vec(lo8to16(in[0]), lo8to16(in[1]), lo8to16(in[2]), Rl, Gl, Bl);
+  g4Vec(hi8to16(in[0]), hi8to16(in[1]), hi8to16(in[2]), Rh, Gh, Bh);
+  out[0] = vPackS16U8(Rl, Rh);
+  out[1] = vPackS16U8(Gl, Gh);
+  out[2] = vPackS16U8(Bl, Bh);
+}
+
+// The SSE2 network: 32 pixels a round through six registers, then 16.
+struct NetSse2 {
+  static constexpr bool kRound32 = true;
+  static void load16(const Lum8u* p, __m128i c[3]) { deinterleave3x16(p, c); }
+  static void store16(const __m128i c[3], Lum8u* p) { interleave3x16(c, p); }
+};
+
+// Block loops over [0, end), end a multiple of 8: rounds of 32 pixels (where
+// the network has them), then 16, then 8.  fn is a 16-pixel step: three
+// byte registers in, three out.  Each returns the first pixel not done.
+template <class Net, class Fn16>
+inline int blockC3toC3(const Lum8u* s, Lum8u* d, int end, Fn16 fn) {
+  int x = 0;
+  if constexpr (Net::kRound32) {
+    for (; x + 32 <= end; x += 32) {
+      Planes8x32 p = deinterleave3x32(s + 3 * x), q;
+      for (int h = 0; h < 2; ++h) {
+        const __m128i in[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
+        __m128i out[3];
+        fn(in, out);
+        for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
+      }
+      interleave3x32(q, d + 3 * x);
+    }
+  }
+  for (; x + 16 <= end; x += 16) {
+    __m128i in[3], out[3];
+    Net::load16(s + 3 * x, in);
+    fn(in, out);
+    Net::store16(out, d + 3 * x);
+  }
+  for (; x + 8 <= end; x += 8) {
+    __m128i in[3], out[3];
+    deinterleave3x8(s + 3 * x, in);
+    fn(in, out);
+    interleave3x8(out, d + 3 * x);
+  }
+  return x;
+}
+
+template <class Net, class Fn16>
+inline int blockC3toP3(const Lum8u* s, Lum8u* p0, Lum8u* p1, Lum8u* p2, int end, Fn16 fn) {
+  int x = 0;
+  if constexpr (Net::kRound32) {
+    for (; x + 32 <= end; x += 32) {
+      const Planes8x32 p = deinterleave3x32(s + 3 * x);
+      for (int h = 0; h < 2; ++h) {
+        const __m128i in[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
+        __m128i out[3];
+        fn(in, out);
+        storeu(p0 + x + 16 * h, out[0]);
+        storeu(p1 + x + 16 * h, out[1]);
+        storeu(p2 + x + 16 * h, out[2]);
+      }
+    }
+  }
+  for (; x + 16 <= end; x += 16) {
+    __m128i in[3], out[3];
+    Net::load16(s + 3 * x, in);
+    fn(in, out);
+    storeu(p0 + x, out[0]);
+    storeu(p1 + x, out[1]);
+    storeu(p2 + x, out[2]);
+  }
+  for (; x + 8 <= end; x += 8) {
+    __m128i in[3], out[3];
+    deinterleave3x8(s + 3 * x, in);
+    fn(in, out);
+    storel64(p0 + x, out[0]);
+    storel64(p1 + x, out[1]);
+    storel64(p2 + x, out[2]);
+  }
+  return x;
+}
+
+template <class Net, class Fn16>
+inline int blockP3toC3(const Lum8u* p0, const Lum8u* p1, const Lum8u* p2, Lum8u* d, int end,
+                       Fn16 fn) {
+  int x = 0;
+  if constexpr (Net::kRound32) {
+    for (; x + 32 <= end; x += 32) {
+      Planes8x32 q;
+      for (int h = 0; h < 2; ++h) {
+        const int o = x + 16 * h;
+        const __m128i in[3] = {loadu(p0 + o), loadu(p1 + o), loadu(p2 + o)};
+        __m128i out[3];
+        fn(in, out);
+        for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
+      }
+      interleave3x32(q, d + 3 * x);
+    }
+  }
+  for (; x + 16 <= end; x += 16) {
+    const __m128i in[3] = {loadu(p0 + x), loadu(p1 + x), loadu(p2 + x)};
+    __m128i out[3];
+    fn(in, out);
+    Net::store16(out, d + 3 * x);
+  }
+  for (; x + 8 <= end; x += 8) {
+    const __m128i in[3] = {loadl64(p0 + x), loadl64(p1 + x), loadl64(p2 + x)};
+    __m128i out[3];
+    fn(in, out);
+    interleave3x8(out, d + 3 * x);
+  }
+  return x;
+}
+
+// The 16-pixel steps of the four pixel-order kernels.
+struct StepF1 {
+  void operator()(const __m128i* in, __m128i* out) const { f1x16(in, out); }
+};
+struct StepG1 {
+  void operator()(const __m128i* in, __m128i* out) const { g1x16(in, out); }
+};
+struct StepG4 {
+  void operator()(const __m128i* in, __m128i* out) const { g4x16(in, out); }
+};
+
+}  // namespace yuv444blocks
+}  // namespace
+
+#endif  // LUM_PCCYUV01_BLOCKS_H
