@@ -116,9 +116,134 @@ LUM_API int lum_set_rc_ssx(int mode);
 LUM_API void lum_set_cw_ssx(int word);
 
 /* BEGIN SECTION identity-allocation (identity, aligned allocation) */
+/*
+ * Library identity: a constant record that lives in the library; the caller
+ * must neither free nor change it.  This build: 5, 2, 108, 321, "w7",
+ * "liblumccw7.so.5.2", "5.2", "Jul 11 2007".
+ */
+typedef struct LumLibraryVersion_ {
+  int32_t versionMajor; /* 5 */
+  int32_t versionMinor; /* 2 */
+  int32_t buildMajor;   /* 108 */
+  int32_t buildMinor;   /* 321 */
+  char cpuTag[4];       /* "w7" and two zero bytes: the SSE2 build */
+  const char* fileName; /* "liblumccw7.so.5.2" */
+  const char* versionText; /* "5.2" */
+  const char* buildDate;   /* "Jul 11 2007" */
+} LumLibraryVersion;
+
+LUM_API const LumLibraryVersion* lumccGetLibVersion(void);
+
+/*
+ * Allocator table.  Every allocation of the library goes through i_malloc and
+ * every release through i_free; they start as the system's malloc and free.
+ * An application that replaces i_malloc replaces i_free too, before the
+ * first allocation and before any concurrent use (the table is read without
+ * a lock).  i_calloc and i_realloc are not used by the library; i_version
+ * (1) and i_min_version (0) are never read by it either.
+ */
+extern LUM_API void* (*i_malloc)(size_t size);
+extern LUM_API void* (*i_calloc)(size_t count, size_t size);
+extern LUM_API void* (*i_realloc)(void* ptr, size_t size);
+extern LUM_API void (*i_free)(void* ptr);
+extern LUM_API int i_version;
+extern LUM_API int i_min_version;
+
+/*
+ * Aligned allocation of count elements: null when count is below 1 (i_malloc
+ * is then not called) or when i_malloc returns null.  The memory is not
+ * cleared and every result is a multiple of 32.  The request to i_malloc is
+ * count * elementSize plus 32 bytes of alignment room plus one hidden
+ * pointer word, computed in 32 bits without an overflow test:
+ *   i386:   count * size + 36; result (raw + 35) & ~31; raw in the 4 bytes
+ *           before the result.
+ *   x86-64: count * size + 40; result (raw + 39) & ~31; raw in the 8 bytes
+ *           before the result.
+ * lumsFree(p) hands that hidden raw pointer to i_free; lumsFree(NULL) does
+ * nothing.  A pointer not from lumsMalloc_* is not detected.
+ */
+LUM_API Lum16s* lumsMalloc_16s(int count);
+LUM_API Lum16u* lumsMalloc_16u(int count);
+LUM_API Lum32f* lumsMalloc_32f(int count);
+LUM_API void lumsFree(void* pMem);
 /* END SECTION identity-allocation */
 
 /* BEGIN SECTION services (Copy, Set, Max, Sum, Mean, RandUniform) */
+/*
+ * Copy and fill of 8-bit one-channel images.  Checks: a null pointer ->
+ * LumErrNullPtr, then width or height below 1 -> LumErrSize; steps are not
+ * checked and overlapping images are not provided for.  An image whose steps
+ * equal its width (both steps, for the copy) is taken as one run of
+ * width * height bytes.  Large images are written with non-temporal stores:
+ * the copy from width * height >= 1048577, the fill only above 2097152; the
+ * bytes are the same either way.  No byte outside the region is written.
+ */
+LUM_API LumStatus lumiCopy_8u_C1R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                  LumSize roiSize);
+LUM_API LumStatus lumiSet_8u_C1R(Lum8u value, Lum8u* pDst, int dstStep, LumSize roiSize);
+
+/*
+ * Maximum of a float image.  pSrc or pMax null -> LumErrNullPtr; size below
+ * 1 -> LumErrSize.  The running value starts at -FLT_MAX (0xFF7FFFFF) and
+ * for each element x becomes x unless it is greater than x, so an image of
+ * minus infinities gives -FLT_MAX, and a NaN replaces the running value at
+ * that moment only.  Four running values: in each row, element 4k + j goes
+ * to value j and the last (width & 3) elements to value 0; at the end the
+ * rule combines value 0 with 2 and 1 with 3, then the first result with the
+ * second.  So a NaN reaches *pMax only when it is the last element of value
+ * 3's share of the image.
+ */
+LUM_API LumStatus lumiMax_32f_C1R(const Lum32f* pSrc, int srcStep, LumSize roiSize, Lum32f* pMax);
+
+/*
+ * Sum of a float image.  pSrc or pSum null -> LumErrNullPtr; size below 1 ->
+ * LumErrSize.
+ * hint 2 (accurate): two doubles A, B; in each row the elements 0, 2, 4, ...
+ * go to A and 1, 3, 5, ... to B; an odd last element goes to A; *pSum = B + A.
+ * Any other hint (fast): each row is summed in single precision by four
+ * 4-lane accumulators, in an order that depends on the row's address (a row
+ * whose address is a multiple of 4 first brings itself to a 16-byte
+ * boundary), and the two lanes that remain of each row are added to an
+ * 80-bit accumulator, which is rounded to double at the end.  The last bits
+ * of a fast sum may change when the same data stands at another address.
+ * Steps are bytes; a row address need not be a multiple of 4.
+ */
+LUM_API LumStatus lumiSum_32f_C1R(const Lum32f* pSrc, int srcStep, LumSize roiSize, Lum64f* pSum,
+                                  int hint);
+/*
+ * Mean: pMean null -> LumErrNullPtr first; then the status of lumiSum_32f_C1R
+ * with the same arguments and hint; *pMean = sum / (width * height), the
+ * double sum divided in double precision by the 32-bit product.
+ */
+LUM_API LumStatus lumiMean_32f_C1R(const Lum32f* pSrc, int srcStep, LumSize roiSize,
+                                   Lum64f* pMean, int hint);
+
+/*
+ * Uniform pseudo-random generator: a linear congruential generator added to
+ * a lagged subtract-with-borrow one, scaled to [low, high] in 80-bit
+ * precision.  The state is owned by the caller from InitAlloc to Free and is
+ * used by one thread at a time; consecutive calls continue one sequence.
+ * InitAlloc: ppState null -> LumErrNullPtr; no memory -> LumErrMemAlloc.
+ *   Bounds are not compared (low above high gives a reversed scale).
+ * RandUniform: pDst or pState null -> LumErrNullPtr; len below 1 ->
+ *   LumErrSize; a state of the other type -> LumErrContext.  The 16s form
+ *   truncates toward zero and keeps the low 16 bits; the 32f form rounds in
+ *   the current rounding mode.  A failed call changes neither pDst nor the
+ *   state.
+ * Free: null -> LumErrNullPtr; a state of the other type -> LumErrContext
+ *   (the memory then stays allocated).
+ */
+typedef struct LumRandState16s_ LumRandState16s;
+typedef struct LumRandState32f_ LumRandState32f;
+
+LUM_API LumStatus lumsRandUniformInitAlloc_16s(LumRandState16s** ppState, Lum16s low, Lum16s high,
+                                               unsigned int seed);
+LUM_API LumStatus lumsRandUniformInitAlloc_32f(LumRandState32f** ppState, Lum32f low, Lum32f high,
+                                               unsigned int seed);
+LUM_API LumStatus lumsRandUniform_16s(Lum16s* pDst, int len, LumRandState16s* pState);
+LUM_API LumStatus lumsRandUniform_32f(Lum32f* pDst, int len, LumRandState32f* pState);
+LUM_API LumStatus lumsRandUniformFree_16s(LumRandState16s* pState);
+LUM_API LumStatus lumsRandUniformFree_32f(LumRandState32f* pState);
 /* END SECTION services */
 
 /* BEGIN SECTION yuv444 (RGB and YUV 4:4:4) */
@@ -156,12 +281,163 @@ LUM_API LumStatus lumiYUVToRGB_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep,
 /* END SECTION yuv444 */
 
 /* BEGIN SECTION hsv (RGB and HSV) */
+/*
+ * RGB and HSV, 8u and 16u, pixel order R,G,B (C3) or R,G,B,A (AC4); an HSV
+ * pixel is H,S,V in the same places.  H: one full circle = 255 (65535)
+ * steps, so H = 255 (65535) is the same hue as 0; S = K (max - min) / max;
+ * V = max, K = 255 (65535).  Black and grey give H = S = 0.
+ * Single-precision arithmetic through the processor's approximate
+ * reciprocal (16u: with one Newton step), so the last unit of a result
+ * follows the processor.  The first (width & ~3) pixels of a row and the
+ * rest (the tail) are computed differently on purpose: 8u forward and
+ * inverse truncate in the former and round in the latter; a tie between
+ * two maximal channels is broken differently (same hue but for the
+ * reciprocal's error).  Rounding follows the SSE rounding mode in force.
+ * Inverse: S = 0 gives R = G = B = V whatever H.
+ * Checks: pSrc or pDst null -> LumErrNullPtr; width or height below 1 ->
+ * LumErrSize; nothing else (steps of any value are accepted).  The 16u
+ * members shift each byte step right by one (arithmetic shift).
+ * AC4 forms never write the destination's fourth sample.
+ * Threaded: width * height of at least 4097 runs on threads_omp_of_n_lum
+ * threads, by rows; results do not depend on the team size.
+ */
+LUM_API LumStatus lumiRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                      LumSize roiSize);
+LUM_API LumStatus lumiHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                      LumSize roiSize);
+LUM_API LumStatus lumiRGBToHSV_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                       LumSize roiSize);
+LUM_API LumStatus lumiHSVToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                       LumSize roiSize);
+LUM_API LumStatus lumiRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToHSV_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHSVToRGB_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                        int dstStep, LumSize roiSize);
 /* END SECTION hsv */
 
 /* BEGIN SECTION hls (RGB and HLS) */
+/*
+ * RGB and HLS, 8u, 16u, 16s and 32f (shape A).  A pixel is R, G, B (C3) or
+ * R, G, B, A (AC4); an HLS pixel is H, L, S in the same places (L in the
+ * middle).  Full scale of every channel: 255 (8u), 65535 (16u), 65535 on the
+ * biased value sample + 32768 (16s), 1.0 (32f; H = 1.0 is a full circle).
+ * An unsigned hue has 255 (65535) steps a circle: H = full scale acts as 0.
+ * A grey pixel gives H = S = 0 (16s: -32768) and L = the grey level.
+ *
+ * Arithmetic is single precision.  The integer forward forms divide through
+ * the processor's approximate reciprocal (rcpps/rcpss) with one Newton step,
+ * except the 8u main loop, which uses it as it stands; results truncate.
+ * Each row runs a main loop over its first (width & ~(block - 1)) pixels
+ * (block 8 for the 8u C3 forms, 4 for all others; 32f forward is scalar) and
+ * a scalar tail over the rest, and the two differ on purpose:
+ *   - 8u forward: the main loop's bare reciprocal may give S or H one below
+ *     the tail's for the same pixel.
+ *   - 16u inverse: outputs are 2 * sat16(trunc(c * 32767.5)), always even
+ *     (at most 65534), except that the tail copies L for S = 0 (which may be
+ *     odd or 65535).
+ *   - 16s inverse: the main loop truncates, the tail rounds (adds 0.49998999)
+ *     and divides where the main loop multiplies by reciprocals.
+ *   - 32f inverse: the main loop multiplies by 0.016666668 where the tail
+ *     divides by 60.  32f forward: samples closer than 1.1920929e-7 count as
+ *     grey; no value is clamped.
+ * Checks: pSrc or pDst null -> LumErrNullPtr; width or height below 1 ->
+ * LumErrSize.  Steps are not checked (0 and negative steps are accepted);
+ * 16u and 16s members use step >> 1 elements, 32f members step >> 2 (an
+ * arithmetic shift: the low bits of a step that is no multiple of the
+ * element size are lost).  AC4 forms leave the destination's fourth sample
+ * as it was (the 8u and 16u forms read it and write it back unchanged).
+ * Threads: a team of threads_omp_of_n_lum shares the rows when
+ * width * height (a 32-bit product) is at least 4097.
+ */
+LUM_API LumStatus lumiRGBToHLS_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                      LumSize roiSize);
+LUM_API LumStatus lumiRGBToHLS_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                       LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                      LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                       LumSize roiSize);
+LUM_API LumStatus lumiRGBToHLS_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToHLS_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToHLS_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToHLS_16s_AC4R(const Lum16s* pSrc, int srcStep, Lum16s* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_16s_AC4R(const Lum16s* pSrc, int srcStep, Lum16s* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToHLS_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToHLS_32f_AC4R(const Lum32f* pSrc, int srcStep, Lum32f* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst,
+                                       int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToRGB_32f_AC4R(const Lum32f* pSrc, int srcStep, Lum32f* pDst,
+                                        int dstStep, LumSize roiSize);
 /* END SECTION hls */
 
 /* BEGIN SECTION hlsplane (BGR and HLS plane layouts) */
+/*
+ * BGR and HLS, 8u, over planar and pixel-order layouts: the 8u arithmetic of
+ * lumiRGBToHLS_8u_C3R / lumiHLSToRGB_8u_C3R (same constants, same difference
+ * between the main loop's bare reciprocal and the tail's refined one) with
+ * the colour samples in the order B, G, R (plane or sample 0, 1, 2) and
+ * H, L, S likewise; plane or sample 3 is alpha.  Every row runs a main loop
+ * of 4 pixels a round and a scalar tail over the remaining (width & 3)
+ * pixels, so a pixel may differ by one in S or H from the same pixel in
+ * lumiRGBToHLS_8u_C3R, whose rounds are of 8 pixels.
+ * Planar sides are arrays of 3 (P3) or 4 (AP4) plane pointers sharing one
+ * step; interleaved sides have 3 (C3) or 4 (C4, AC4) samples a pixel.
+ * Alpha: AP4R copies plane 3; AP4C4R copies plane 3 to sample 3; AC4P4R
+ * copies sample 3 to plane 3; lumiBGRToHLS_8u_AC4R leaves the destination's
+ * sample 3 as it was.
+ * Checks: a null pointer or plane pointer -> LumErrNullPtr.  Then
+ *   lumiBGRToHLS_8u_AC4R: width or height below 1 -> LumErrSize, then a step
+ *   below 1 -> LumErrStep;
+ *   all others: a step below 1 -> LumErrStep, then width or height below 1
+ *   -> LumErrSize.
+ * Threads: lumiBGRToHLS_8u_AC4R, _AP4C4R, _AC4P4R, _P3C3R, _C3P3R and
+ * lumiHLSToBGR_8u_AC4P4R, _P3C3R, _C3P3R share their rows in a team of
+ * threads_omp_of_n_lum at any size; the other five run on the calling
+ * thread.
+ */
+LUM_API LumStatus lumiBGRToHLS_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                       LumSize roiSize);
+LUM_API LumStatus lumiBGRToHLS_8u_AP4R(const Lum8u* const pSrc[4], int srcStep,
+                                       Lum8u* const pDst[4], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiBGRToHLS_8u_AP4C4R(const Lum8u* const pSrc[4], int srcStep, Lum8u* pDst,
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiBGRToHLS_8u_AC4P4R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[4],
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiBGRToHLS_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
+                                      Lum8u* const pDst[3], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiBGRToHLS_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiBGRToHLS_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToBGR_8u_AP4R(const Lum8u* const pSrc[4], int srcStep,
+                                       Lum8u* const pDst[4], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToBGR_8u_AP4C4R(const Lum8u* const pSrc[4], int srcStep, Lum8u* pDst,
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToBGR_8u_AC4P4R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[4],
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToBGR_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
+                                      Lum8u* const pDst[3], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToBGR_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
+                                        int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiHLSToBGR_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
+                                        int dstStep, LumSize roiSize);
 /* END SECTION hlsplane */
 
 #ifdef __cplusplus
