@@ -30,6 +30,31 @@ inline void storeColourBytes(Lum8u* d, __m128i v) {
   }
 }
 
+// A row of 4-byte pixels: the block formula on 8 pixels a round over the
+// first `block` pixels (vecFn: three 16-bit channel registers in, three out),
+// the tail formula (one pixel, three bytes out) after; only the three colour
+// bytes of each destination pixel are stored.
+template <class Vec8, class Tail>
+inline void rowAC4(const Lum8u* pSrc, Lum8u* pDst, int width, int block, Vec8 vecFn, Tail tail) {
+  int x = 0;
+  for (; x < block; x += 8) {
+    __m128i c[4], o[3];
+    deinterleave4x8(pSrc + 4 * x, c);
+    vecFn(lo8to16(c[0]), lo8to16(c[1]), lo8to16(c[2]), o);
+    const __m128i outc[4] = {vPackS16U8(o[0], o[0]), vPackS16U8(o[1], o[1]),
+                             vPackS16U8(o[2], o[2]), kZero};
+    __m128i px[2];
+    interleave4x8(outc, px);
+    storeColourBytes(pDst + 4 * x, px[0]);
+    storeColourBytes(pDst + 4 * x + 16, px[1]);
+  }
+  for (; x < width; ++x) {
+    Lum8u out[3];
+    tail(pSrc[4 * x], pSrc[4 * x + 1], pSrc[4 * x + 2], out);
+    memcpy(pDst + 4 * x, out, 3);
+  }
+}
+
 }  // namespace
 
 // ===========================================================================
@@ -54,28 +79,13 @@ void innerRGBToYUV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 // Block F2 (8) storing only the colour bytes, tail F3; the fourth byte of every
 // destination pixel is left as it was.
 void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  const int block = width & ~(kBlockRGBToYUV_AC4 - 1);
-  int x = 0;
-  for (; x < block; x += 8) {
-    __m128i c[4];
-    deinterleave4x8(pSrc + 4 * x, c);
-    const __m128i R = lo8to16(c[0]), G = lo8to16(c[1]), B = lo8to16(c[2]);
-    const __m128i Y = f2ChanVec(R, G, B, 9798, 19235, 3736, 0);
-    const __m128i U = f2ChanVec(R, G, B, -4817, -9470, 14287, 128);
-    const __m128i V = f2ChanVec(R, G, B, 20152, -16876, -3277, 128);
-    const __m128i outc[4] = {vPackS16U8(Y, Y), vPackS16U8(U, U), vPackS16U8(V, V), kZero};
-    __m128i px[2];
-    interleave4x8(outc, px);
-    storeColourBytes(pDst + 4 * x, px[0]);
-    storeColourBytes(pDst + 4 * x + 16, px[1]);
-  }
-  for (; x < width; ++x) {
-    Lum8u yuv[3];
-    f3(pSrc[4 * x], pSrc[4 * x + 1], pSrc[4 * x + 2], yuv);
-    pDst[4 * x] = yuv[0];
-    pDst[4 * x + 1] = yuv[1];
-    pDst[4 * x + 2] = yuv[2];
-  }
+  rowAC4(pSrc, pDst, width, width & ~(kBlockRGBToYUV_AC4 - 1),
+         [](__m128i R, __m128i G, __m128i B, __m128i* o) {
+           o[0] = f2ChanVec(R, G, B, 9798, 19235, 3736, 0);
+           o[1] = f2ChanVec(R, G, B, -4817, -9470, 14287, 128);
+           o[2] = f2ChanVec(R, G, B, 20152, -16876, -3277, 128);
+         },
+         f3);
 }
 
 namespace {
@@ -129,25 +139,8 @@ void innerYUVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 // G1 in the 8-pixel loop (colour bytes only) and in the rest, which stores
 // bytes; the fourth byte of every destination pixel is left as it was.
 void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  const int block = width & ~(kBlockYUVToRGB_AC4 - 1);
-  int x = 0;
-  for (; x < block; x += 8) {
-    __m128i c[4], R, G, B;
-    deinterleave4x8(pSrc + 4 * x, c);
-    g1Vec(lo8to16(c[0]), lo8to16(c[1]), lo8to16(c[2]), R, G, B);
-    const __m128i outc[4] = {vPackS16U8(R, R), vPackS16U8(G, G), vPackS16U8(B, B), kZero};
-    __m128i px[2];
-    interleave4x8(outc, px);
-    storeColourBytes(pDst + 4 * x, px[0]);
-    storeColourBytes(pDst + 4 * x + 16, px[1]);
-  }
-  for (; x < width; ++x) {
-    Lum8u rgb[3];
-    g1(pSrc[4 * x], pSrc[4 * x + 1], pSrc[4 * x + 2], rgb);
-    pDst[4 * x] = rgb[0];
-    pDst[4 * x + 1] = rgb[1];
-    pDst[4 * x + 2] = rgb[2];
-  }
+  rowAC4(pSrc, pDst, width, width & ~(kBlockYUVToRGB_AC4 - 1),
+         [](__m128i Y, __m128i U, __m128i V, __m128i* o) { g1Vec(Y, U, V, o[0], o[1], o[2]); }, g1);
 }
 
 namespace {
