@@ -1,0 +1,635 @@
+// RGB and HLS: the internal layers (row drivers, one-row kernels), the
+// scalar forms of every formula and their SSE2 twins.
+//
+// All kernels compute in single precision.  The integer forward kernels
+// divide through the approximate reciprocal (rcpss / rcpps): with one Newton
+// step everywhere, except in the vector main loop of the 8u kernels, which
+// uses it as it stands.  The inverse is the two-value (M1, M2) piecewise
+// linear form and needs no reciprocal.
+//
+// For each direction and type there are two scalar forms:
+//   - ...Block: the per-lane meaning of the SSE2 main loop; its vector twin
+//     has the same name with a Vec suffix and stands right beside it;
+//   - ...Tail: the scalar tail of the kernels.
+// The two differ on purpose (reciprocal, grey pixels, narrowing, and for 16s
+// and 32f the whole inverse arithmetic); both are required.
+//
+// The 8u forms and the 4-lane vector helpers are shared with the BGR and HLS
+// plane layouts (pcchlspl), which run the same arithmetic four pixels a round.
+#ifndef LUM_PCCMSKCOLOR_HLS_H
+#define LUM_PCCMSKCOLOR_HLS_H
+
+#include <stdint.h>
+#include <string.h>
+
+#include "frame/lum_simd.h"
+#include "lumcc.h"
+
+namespace lum {
+namespace hls {
+
+// Pixels a round of the main loops; the rest of a row goes through the
+// scalar tail of the same kernel.
+constexpr int kBlock8uC3 = 8;  // innerRGBToHLS_8u_C3R, innerHLSToRGB_8u_C3R
+constexpr int kBlock = 4;      // every other vector kernel (AC4 twins included)
+
+// ---------------------------------------------------------------------------
+// Constants, single precision.  Those that are not exact are given by their
+// bit patterns.
+constexpr uint32_t kBitsHue8u = 0x3F355555u;     // 0.7083333    255/360
+constexpr uint32_t kBitsHue16 = 0x43360AABu;     // 182.04167    65535/360
+constexpr uint32_t kBitsDeg8u = 0x3FB4B4B5u;     // 1.4117647    360/255
+constexpr uint32_t kBitsDeg16 = 0x3BB400B4u;     // 0.005493248  360/65535
+constexpr uint32_t kBitsInv255 = 0x3B808081u;    // 0.003921569  1/255
+constexpr uint32_t kBitsInv65535 = 0x37800080u;  // 1.5259e-05   1/65535 (2^-16 + 2^-32)
+constexpr uint32_t kBitsInv60 = 0x3C888889u;     // 0.016666668  1/60
+constexpr uint32_t kBitsHalfLess = 0x3EFFFEB0u;  // 0.49998999   16s tail rounding
+constexpr uint32_t kBitsGrey32f = 0x34000000u;   // 1.1920929e-7 32f grey threshold
+
+inline float floatFromBits(uint32_t bits) {
+  float f;
+  memcpy(&f, &bits, sizeof f);
+  return f;
+}
+
+// Float comparisons and selections written once, so that a scalar form and
+// its vector twin treat every value (NaN included) alike: max/min as
+// maxps/minps do (the second operand unless the first is greater/less).
+inline float maxF(float a, float b) { return a > b ? a : b; }
+inline float minF(float a, float b) { return a < b ? a : b; }
+inline __m128 selectPs(__m128 mask, __m128 a, __m128 b) {  // mask ? a : b
+  return _mm_or_ps(_mm_and_ps(mask, a), _mm_andnot_ps(mask, b));
+}
+inline __m128i selectEpi(__m128i mask, __m128i a, __m128i b) {
+  return _mm_or_si128(_mm_and_si128(mask, a), _mm_andnot_si128(mask, b));
+}
+inline __m128 splat(float v) { return _mm_set1_ps(v); }
+
+// Integer wrap-around arithmetic of the 32-bit lanes.
+inline int32_t wrapSub(int32_t a, int32_t b) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
+inline int32_t wrapAdd(int32_t a, int32_t b) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+}
+
+// ===========================================================================
+// Forward, RGB to HLS, integer forms.
+//
+// K full scale, W twice the full scale, T lightness threshold, Y degrees to
+// hue steps.
+struct FwdParams {
+  float K, W, T;
+  uint32_t bitsY;
+};
+constexpr FwdParams kFwd8u{255.0f, 510.0f, 127.5f, kBitsHue8u};
+constexpr FwdParams kFwd16{65535.0f, 131070.0f, 32767.5f, kBitsHue16};
+
+// The reciprocal: as it stands (rcp) or with one Newton step (rcp').
+enum class Rcp { Bare, Newton };
+inline float rcpOf(float x, Rcp k) { return k == Rcp::Newton ? rcpNewtonS(x) : rcpS(x); }
+inline __m128 vRcpOf(__m128 x, Rcp k) { return k == Rcp::Newton ? vRcpNewton(x) : vRcp(x); }
+
+// H, L, S truncated toward zero, before narrowing; grey when d == 0.
+struct FwdInts {
+  int32_t H, L, S;
+  bool grey;
+};
+
+// Scalar form, one pixel (R, G, B as floats, after the 16s bias).  The tail
+// branches on d == 0; the main loop masks, which gives the same numbers, so
+// this one function is the per-lane meaning of both, told apart by `rcp`.
+inline FwdInts rgbToHlsS(float R, float G, float B, const FwdParams& p, Rcp rcp) {
+  const float V = maxF(maxF(R, G), B);
+  const float m = minF(minF(R, G), B);
+  const float d = V - m;
+  const float s = V + m;
+  const float Lf = 0.5f * s;
+  FwdInts o{0, cvtTrunc(Lf), 0, d == 0.0f};
+  if (o.grey) return o;
+  const float x = Lf <= p.T ? s : p.W - s;
+  o.S = cvtTrunc((d * rcpOf(x, rcp)) * p.K);
+  const float rd = rcpOf(d, rcp);
+  float h;
+  if (R == V)
+    h = ((G - B) * 60.0f) * rd;
+  else if (G == V)
+    h = ((B - R) * 60.0f) * rd + 120.0f;
+  else
+    h = ((R - G) * 60.0f) * rd + 240.0f;
+  if (h < 0.0f) h = h + 360.0f;
+  o.H = cvtTrunc(h * floatFromBits(p.bitsY));
+  return o;
+}
+
+// Vector twin of rgbToHlsS, four lanes: lanes with d == 0 get 0.5 added to d
+// and s before the reciprocals are taken, and their H and S are masked to 0.
+// R == V selects first, G == V and not R == V second, the rest third.
+struct FwdVec {
+  __m128i H, L, S;
+};
+inline FwdVec rgbToHlsVec(__m128 R, __m128 G, __m128 B, const FwdParams& p, Rcp rcp) {
+  const __m128 V = _mm_max_ps(_mm_max_ps(R, G), B);
+  const __m128 m = _mm_min_ps(_mm_min_ps(R, G), B);
+  __m128 d = _mm_sub_ps(V, m);
+  __m128 s = _mm_add_ps(V, m);
+  const __m128 Lf = _mm_mul_ps(splat(0.5f), s);
+  FwdVec o;
+  o.L = _mm_cvttps_epi32(Lf);
+  const __m128 grey = _mm_cmpeq_ps(d, _mm_setzero_ps());
+  const __m128 half = _mm_and_ps(grey, splat(0.5f));
+  d = _mm_add_ps(d, half);
+  s = _mm_add_ps(s, half);
+  const __m128 x = selectPs(_mm_cmple_ps(Lf, splat(p.T)), s, _mm_sub_ps(splat(p.W), s));
+  const __m128i S = _mm_cvttps_epi32(_mm_mul_ps(_mm_mul_ps(d, vRcpOf(x, rcp)), splat(p.K)));
+  const __m128 rd = vRcpOf(d, rcp);
+  const __m128 k60 = splat(60.0f);
+  const __m128 hR = _mm_mul_ps(_mm_mul_ps(_mm_sub_ps(G, B), k60), rd);
+  const __m128 hG = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(_mm_sub_ps(B, R), k60), rd), splat(120.0f));
+  const __m128 hB = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(_mm_sub_ps(R, G), k60), rd), splat(240.0f));
+  const __m128 selR = _mm_cmpeq_ps(R, V);
+  const __m128 selG = _mm_andnot_ps(selR, _mm_cmpeq_ps(G, V));
+  __m128 h = selectPs(selR, hR, selectPs(selG, hG, hB));
+  h = selectPs(_mm_cmplt_ps(h, _mm_setzero_ps()), _mm_add_ps(h, splat(360.0f)), h);
+  const __m128i H = _mm_cvttps_epi32(_mm_mul_ps(h, splat(floatFromBits(p.bitsY))));
+  o.H = _mm_andnot_si128(_mm_castps_si128(grey), H);
+  o.S = _mm_andnot_si128(_mm_castps_si128(grey), S);
+  return o;
+}
+
+// --- 8u: main loop without, tail with the Newton step. ---------------------
+// Main loop: H, L, S through signed 16-bit, then unsigned 8-bit saturation.
+inline void rgbToHls8uBlock(int r, int g, int b, Lum8u out[3]) {
+  const FwdInts o = rgbToHlsS(static_cast<float>(r), static_cast<float>(g),
+                              static_cast<float>(b), kFwd8u, Rcp::Bare);
+  out[0] = static_cast<Lum8u>(sat8u(sat16s(o.H)));
+  out[1] = static_cast<Lum8u>(sat8u(sat16s(o.L)));
+  out[2] = static_cast<Lum8u>(sat8u(sat16s(o.S)));
+}
+// Four lanes of 8-bit samples in 32-bit lanes -> H, L, S in 32-bit lanes
+// (truncated, not yet narrowed: the caller packs with packssdw, packuswb).
+inline FwdVec rgbToHls8uBlockVec(__m128i r, __m128i g, __m128i b) {
+  return rgbToHlsVec(_mm_cvtepi32_ps(r), _mm_cvtepi32_ps(g), _mm_cvtepi32_ps(b), kFwd8u,
+                     Rcp::Bare);
+}
+// Tail: L stored as its low 8 bits; H and S through signed 16-bit
+// saturation, low 8 bits stored.
+inline void rgbToHls8uTail(int r, int g, int b, Lum8u out[3]) {
+  const FwdInts o = rgbToHlsS(static_cast<float>(r), static_cast<float>(g),
+                              static_cast<float>(b), kFwd8u, Rcp::Newton);
+  out[0] = static_cast<Lum8u>(sat16s(o.H));
+  out[1] = static_cast<Lum8u>(o.L);
+  out[2] = static_cast<Lum8u>(sat16s(o.S));
+}
+
+// --- 16u: Newton step in main loop and tail. -------------------------------
+// Main loop: subtract 32768, saturate to signed 16 bits, add 32768.
+inline int clamp16uBlock(int32_t v) { return sat16s(wrapSub(v, 32768)) + 32768; }
+inline void rgbToHls16uBlock(int r, int g, int b, Lum16u out[3]) {
+  const FwdInts o = rgbToHlsS(static_cast<float>(r), static_cast<float>(g),
+                              static_cast<float>(b), kFwd16, Rcp::Newton);
+  out[0] = static_cast<Lum16u>(clamp16uBlock(o.H));
+  out[1] = static_cast<Lum16u>(clamp16uBlock(o.L));
+  out[2] = static_cast<Lum16u>(clamp16uBlock(o.S));
+}
+inline FwdVec rgbToHls16uBlockVec(__m128i r, __m128i g, __m128i b) {
+  return rgbToHlsVec(_mm_cvtepi32_ps(r), _mm_cvtepi32_ps(g), _mm_cvtepi32_ps(b), kFwd16,
+                     Rcp::Newton);
+}
+// Tail: as the main loop when d != 0; on d == 0, L as its low 16 bits and
+// H = S = 0.
+inline void rgbToHls16uTail(int r, int g, int b, Lum16u out[3]) {
+  const FwdInts o = rgbToHlsS(static_cast<float>(r), static_cast<float>(g),
+                              static_cast<float>(b), kFwd16, Rcp::Newton);
+  if (o.grey) {
+    out[0] = 0;
+    out[1] = static_cast<Lum16u>(o.L);
+    out[2] = 0;
+    return;
+  }
+  out[0] = static_cast<Lum16u>(clamp16uBlock(o.H));
+  out[1] = static_cast<Lum16u>(clamp16uBlock(o.L));
+  out[2] = static_cast<Lum16u>(clamp16uBlock(o.S));
+}
+
+// --- 16s: the 16u arithmetic through a bias of 32768. -----------------------
+// Main loop: subtract 32768, saturate to signed 16 bits.
+inline int narrow16sBlock(int32_t v) { return sat16s(wrapSub(v, 32768)); }
+inline void rgbToHls16sBlock(int r, int g, int b, Lum16s out[3]) {
+  const FwdInts o = rgbToHlsS(static_cast<float>(r + 32768), static_cast<float>(g + 32768),
+                              static_cast<float>(b + 32768), kFwd16, Rcp::Newton);
+  out[0] = static_cast<Lum16s>(narrow16sBlock(o.H));
+  out[1] = static_cast<Lum16s>(narrow16sBlock(o.L));
+  out[2] = static_cast<Lum16s>(narrow16sBlock(o.S));
+}
+// r, g, b: the biased samples (0..65535) in 32-bit lanes.
+inline FwdVec rgbToHls16sBlockVec(__m128i r, __m128i g, __m128i b) {
+  return rgbToHls16uBlockVec(r, g, b);
+}
+// Tail: as the main loop when d != 0; on d == 0, H = S = -32768 and
+// L - 32768 as its low 16 bits.
+inline void rgbToHls16sTail(int r, int g, int b, Lum16s out[3]) {
+  const FwdInts o = rgbToHlsS(static_cast<float>(r + 32768), static_cast<float>(g + 32768),
+                              static_cast<float>(b + 32768), kFwd16, Rcp::Newton);
+  if (o.grey) {
+    out[0] = -32768;
+    out[1] = static_cast<Lum16s>(static_cast<uint16_t>(wrapSub(o.L, 32768)));
+    out[2] = -32768;
+    return;
+  }
+  out[0] = static_cast<Lum16s>(narrow16sBlock(o.H));
+  out[1] = static_cast<Lum16s>(narrow16sBlock(o.L));
+  out[2] = static_cast<Lum16s>(narrow16sBlock(o.S));
+}
+
+// --- 32f: one scalar loop, true divisions, a threshold for grey. -----------
+// H, L, S stored without clamping.
+inline void rgbToHls32f(float R, float G, float B, float out[3]) {
+  const float V = maxF(maxF(R, G), B);
+  const float m = minF(minF(R, G), B);
+  const float d = V - m;
+  const float s = m + V;
+  const float L = 0.5f * s;
+  float S, h;
+  if (d > floatFromBits(kBitsGrey32f)) {
+    S = L > 0.5f ? d / (2.0f - s) : d / s;
+    if (R == V)
+      h = ((G - B) * 60.0f) / d;
+    else if (G == V)
+      h = ((B - R) * 60.0f) / d + 120.0f;
+    else
+      h = ((R - G) * 60.0f) / d + 240.0f;
+    if (h < 0.0f) h = h + 360.0f;
+  } else {
+    S = 0.0f;
+    h = 0.0f;
+  }
+  out[0] = h / 360.0f;
+  out[1] = L;
+  out[2] = S;
+}
+
+// The same formula as the 32f kernel runs it: still one pixel at a time in
+// scalar (ss) instructions, but with the tests as masks and selections
+// instead of branches, which unpredictable data would otherwise pay for.
+// Every value it keeps is computed by the same operations in the same order
+// as rgbToHls32f (quotients of masked-out lanes are dropped).
+inline __m128 selectSs(__m128 mask, __m128 a, __m128 b) { return selectPs(mask, a, b); }
+inline void rgbToHls32fSelect(float r, float g, float b, float out[3]) {
+  const __m128 R = _mm_set_ss(r), G = _mm_set_ss(g), B = _mm_set_ss(b);
+  const __m128 V = _mm_max_ss(_mm_max_ss(R, G), B);
+  const __m128 m = _mm_min_ss(_mm_min_ss(R, G), B);
+  const __m128 d = _mm_sub_ss(V, m);
+  const __m128 s = _mm_add_ss(m, V);
+  const __m128 L = _mm_mul_ss(_mm_set_ss(0.5f), s);
+  const __m128 colour = _mm_cmpgt_ss(d, _mm_set_ss(floatFromBits(kBitsGrey32f)));
+  const __m128 den =
+      selectSs(_mm_cmpgt_ss(L, _mm_set_ss(0.5f)), _mm_sub_ss(_mm_set_ss(2.0f), s), s);
+  const __m128 S = _mm_and_ps(colour, _mm_div_ss(d, den));
+  const __m128 isR = _mm_cmpeq_ss(R, V);
+  const __m128 isG = _mm_andnot_ps(isR, _mm_cmpeq_ss(G, V));
+  const __m128 num =
+      selectSs(isR, _mm_sub_ss(G, B), selectSs(isG, _mm_sub_ss(B, R), _mm_sub_ss(R, G)));
+  const __m128 q = _mm_div_ss(_mm_mul_ss(num, _mm_set_ss(60.0f)), d);
+  const __m128 off = selectSs(isG, _mm_set_ss(120.0f), _mm_set_ss(240.0f));
+  __m128 h = selectSs(isR, q, _mm_add_ss(q, off));
+  h = selectSs(_mm_cmplt_ss(h, _mm_setzero_ps()), _mm_add_ss(h, _mm_set_ss(360.0f)), h);
+  h = _mm_and_ps(colour, h);
+  out[0] = _mm_cvtss_f32(_mm_div_ss(h, _mm_set_ss(360.0f)));
+  out[1] = _mm_cvtss_f32(L);
+  out[2] = _mm_cvtss_f32(S);
+}
+
+// ===========================================================================
+// Inverse, HLS to RGB.  Hd = hue in degrees, Lf, Sf on 0..1; c[] = R, G, B
+// channel values before scaling.
+
+// The main-loop arithmetic, common to all types: M2 = Lf + Lf * Sf (Lf <=
+// 0.5) or (Lf + Sf) - Lf * Sf; M1 = 2 * Lf - M2; the a-part is
+// (a * 0.016666668) * (M2 - M1), then plus M1.
+inline float hlsChannelBlock(float a, float M1, float M2, float dM) {
+  const float k = floatFromBits(kBitsInv60);
+  if (a < 60.0f) return (a * k) * dM + M1;
+  if (a < 180.0f) return M2;
+  if (a < 240.0f) return ((240.0f - a) * k) * dM + M1;
+  return M1;
+}
+// The tails of 16s and 32f: M2 = (1 + Sf) * Lf when Lf <= 0.5, and the
+// a-part ((M2 - M1) * a) / 60.
+inline float hlsChannelTail(float a, float M1, float M2, float dM) {
+  if (a < 60.0f) return (dM * a) / 60.0f + M1;
+  if (a < 180.0f) return M2;
+  if (a < 240.0f) return (dM * (240.0f - a)) / 60.0f + M1;
+  return M1;
+}
+// R from Hd + 120 (less 360 above 360), G from Hd, B from Hd - 120 (plus 360
+// below 0).
+inline float hueR(float Hd) {
+  float a = Hd + 120.0f;
+  if (a > 360.0f) a = a - 360.0f;
+  return a;
+}
+inline float hueB(float Hd) {
+  float a = Hd - 120.0f;
+  if (a < 0.0f) a = a + 360.0f;
+  return a;
+}
+
+// Scalar form of the main loop: Sf == 0 gives c = Lf for all three.
+inline void hlsToRgbBlockS(float Hd, float Lf, float Sf, float c[3]) {
+  if (Sf == 0.0f) {
+    c[0] = c[1] = c[2] = Lf;
+    return;
+  }
+  const float M2 = Lf <= 0.5f ? Lf + Lf * Sf : (Lf + Sf) - Lf * Sf;
+  const float M1 = 2.0f * Lf - M2;
+  const float dM = M2 - M1;
+  c[0] = hlsChannelBlock(hueR(Hd), M1, M2, dM);
+  c[1] = hlsChannelBlock(Hd, M1, M2, dM);
+  c[2] = hlsChannelBlock(hueB(Hd), M1, M2, dM);
+}
+// Scalar form of the 16s and 32f tails for Sf != 0.
+inline void hlsToRgbTailS(float Hd, float Lf, float Sf, float c[3]) {
+  const float M2 = Lf <= 0.5f ? (1.0f + Sf) * Lf : (Lf + Sf) - Lf * Sf;
+  const float M1 = 2.0f * Lf - M2;
+  const float dM = M2 - M1;
+  c[0] = hlsChannelTail(hueR(Hd), M1, M2, dM);
+  c[1] = hlsChannelTail(Hd, M1, M2, dM);
+  c[2] = hlsChannelTail(hueB(Hd), M1, M2, dM);
+}
+
+// Vector twin of hlsToRgbBlockS: every lane takes every arm, the masks pick
+// in the order of the scalar tests.
+inline __m128 hlsChannelBlockVec(__m128 a, __m128 M1, __m128 M2, __m128 dM) {
+  const __m128 k = splat(floatFromBits(kBitsInv60));
+  const __m128 up = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(a, k), dM), M1);
+  const __m128 down =
+      _mm_add_ps(_mm_mul_ps(_mm_mul_ps(_mm_sub_ps(splat(240.0f), a), k), dM), M1);
+  __m128 c = selectPs(_mm_cmplt_ps(a, splat(240.0f)), down, M1);
+  c = selectPs(_mm_cmplt_ps(a, splat(180.0f)), M2, c);
+  return selectPs(_mm_cmplt_ps(a, splat(60.0f)), up, c);
+}
+struct Rgb4 {
+  __m128 R, G, B;
+};
+inline Rgb4 hlsToRgbBlockVec(__m128 Hd, __m128 Lf, __m128 Sf) {
+  const __m128 M2 = selectPs(_mm_cmple_ps(Lf, splat(0.5f)), _mm_add_ps(Lf, _mm_mul_ps(Lf, Sf)),
+                             _mm_sub_ps(_mm_add_ps(Lf, Sf), _mm_mul_ps(Lf, Sf)));
+  const __m128 M1 = _mm_sub_ps(_mm_mul_ps(splat(2.0f), Lf), M2);
+  const __m128 dM = _mm_sub_ps(M2, M1);
+  __m128 aR = _mm_add_ps(Hd, splat(120.0f));
+  aR = selectPs(_mm_cmpgt_ps(aR, splat(360.0f)), _mm_sub_ps(aR, splat(360.0f)), aR);
+  __m128 aB = _mm_sub_ps(Hd, splat(120.0f));
+  aB = selectPs(_mm_cmplt_ps(aB, _mm_setzero_ps()), _mm_add_ps(aB, splat(360.0f)), aB);
+  const __m128 grey = _mm_cmpeq_ps(Sf, _mm_setzero_ps());
+  return Rgb4{selectPs(grey, Lf, hlsChannelBlockVec(aR, M1, M2, dM)),
+              selectPs(grey, Lf, hlsChannelBlockVec(Hd, M1, M2, dM)),
+              selectPs(grey, Lf, hlsChannelBlockVec(aB, M1, M2, dM))};
+}
+
+// --- 8u: Hd = H * 1.4117647, Lf, Sf = sample * 0.003921569;
+// output truncate(c * 255) saturated to 0..255. -----------------------------
+inline int out8u(float c) { return sat8u(sat16s(cvtTrunc(c * 255.0f))); }
+inline void hlsToRgb8uBlock(int h, int l, int s, Lum8u out[3]) {
+  const float k = floatFromBits(kBitsInv255);
+  float c[3];
+  hlsToRgbBlockS(static_cast<float>(h) * floatFromBits(kBitsDeg8u), static_cast<float>(l) * k,
+                 static_cast<float>(s) * k, c);
+  for (int i = 0; i < 3; ++i) out[i] = static_cast<Lum8u>(out8u(c[i]));
+}
+// H, L, S 8-bit samples in 32-bit lanes -> R, G, B truncated in 32-bit lanes
+// (the caller packs with packssdw, packuswb).
+inline void hlsToRgb8uBlockVec(__m128i h, __m128i l, __m128i s, __m128i rgb[3]) {
+  const __m128 k = splat(floatFromBits(kBitsInv255));
+  const Rgb4 c = hlsToRgbBlockVec(_mm_mul_ps(_mm_cvtepi32_ps(h), splat(floatFromBits(kBitsDeg8u))),
+                                  _mm_mul_ps(_mm_cvtepi32_ps(l), k),
+                                  _mm_mul_ps(_mm_cvtepi32_ps(s), k));
+  const __m128 k255 = splat(255.0f);
+  rgb[0] = _mm_cvttps_epi32(_mm_mul_ps(c.R, k255));
+  rgb[1] = _mm_cvttps_epi32(_mm_mul_ps(c.G, k255));
+  rgb[2] = _mm_cvttps_epi32(_mm_mul_ps(c.B, k255));
+}
+// Tail: the main loop's arithmetic, but S == 0 copies the L sample.
+inline void hlsToRgb8uTail(int h, int l, int s, Lum8u out[3]) {
+  if (s == 0) {
+    out[0] = out[1] = out[2] = static_cast<Lum8u>(l);
+    return;
+  }
+  hlsToRgb8uBlock(h, l, s, out);
+}
+
+// --- 16u: Hd = H * 0.005493248, Lf, Sf = sample * 1.5259e-05; output
+// 2 * sat16(truncate(c * 32767.5)): always even, at most 65534. -------------
+inline int out16u(float c) {
+  return static_cast<uint16_t>(static_cast<uint32_t>(sat16s(cvtTrunc(c * 32767.5f))) << 1);
+}
+inline void hlsToRgb16uBlock(int h, int l, int s, Lum16u out[3]) {
+  const float k = floatFromBits(kBitsInv65535);
+  float c[3];
+  hlsToRgbBlockS(static_cast<float>(h) * floatFromBits(kBitsDeg16), static_cast<float>(l) * k,
+                 static_cast<float>(s) * k, c);
+  for (int i = 0; i < 3; ++i) out[i] = static_cast<Lum16u>(out16u(c[i]));
+}
+// Inputs in 32-bit lanes; outputs sat16(truncate(c * 32767.5)) packed to 16
+// bits and doubled: rgb[0] = R (low 4 words) ..., via packssdw and psllw.
+inline __m128i out16uVec(__m128 c) {
+  const __m128i t = _mm_cvttps_epi32(_mm_mul_ps(c, splat(32767.5f)));
+  return _mm_slli_epi16(_mm_packs_epi32(t, t), 1);
+}
+inline void hlsToRgb16uBlockVec(__m128i h, __m128i l, __m128i s, __m128i rgb[3]) {
+  const __m128 k = splat(floatFromBits(kBitsInv65535));
+  const Rgb4 c = hlsToRgbBlockVec(_mm_mul_ps(_mm_cvtepi32_ps(h), splat(floatFromBits(kBitsDeg16))),
+                                  _mm_mul_ps(_mm_cvtepi32_ps(l), k),
+                                  _mm_mul_ps(_mm_cvtepi32_ps(s), k));
+  rgb[0] = out16uVec(c.R);
+  rgb[1] = out16uVec(c.G);
+  rgb[2] = out16uVec(c.B);
+}
+// Tail: S == 0 copies the L sample (which may be odd, or 65535).
+inline void hlsToRgb16uTail(int h, int l, int s, Lum16u out[3]) {
+  if (s == 0) {
+    out[0] = out[1] = out[2] = static_cast<Lum16u>(l);
+    return;
+  }
+  hlsToRgb16uBlock(h, l, s, out);
+}
+
+// --- 16s main loop: the biased samples (sample + 32768) through the 16u
+// scales; output sat16(truncate(c * 65535) - 32768). ------------------------
+inline int out16sBlock(float c) { return sat16s(wrapSub(cvtTrunc(c * 65535.0f), 32768)); }
+inline void hlsToRgb16sBlock(int h, int l, int s, Lum16s out[3]) {
+  const float k = floatFromBits(kBitsInv65535);
+  float c[3];
+  hlsToRgbBlockS(static_cast<float>(h + 32768) * floatFromBits(kBitsDeg16),
+                 static_cast<float>(l + 32768) * k, static_cast<float>(s + 32768) * k, c);
+  for (int i = 0; i < 3; ++i) out[i] = static_cast<Lum16s>(out16sBlock(c[i]));
+}
+// h, l, s: the biased samples in 32-bit lanes; outputs in 32-bit lanes
+// before the signed pack.
+inline __m128i out16sVec(__m128 c) {
+  return _mm_sub_epi32(_mm_cvttps_epi32(_mm_mul_ps(c, splat(65535.0f))), _mm_set1_epi32(32768));
+}
+inline void hlsToRgb16sBlockVec(__m128i h, __m128i l, __m128i s, __m128i rgb[3]) {
+  const __m128 k = splat(floatFromBits(kBitsInv65535));
+  const Rgb4 c = hlsToRgbBlockVec(_mm_mul_ps(_mm_cvtepi32_ps(h), splat(floatFromBits(kBitsDeg16))),
+                                  _mm_mul_ps(_mm_cvtepi32_ps(l), k),
+                                  _mm_mul_ps(_mm_cvtepi32_ps(s), k));
+  rgb[0] = out16sVec(c.R);
+  rgb[1] = out16sVec(c.G);
+  rgb[2] = out16sVec(c.B);
+}
+// 16s tail: true divisions, M2 = (1 + Sf) * Lf, and an output that rounds by
+// adding 0.49998999 before truncation, low 16 bits, unsaturated.  S == 0
+// passes Lf through the same output rule.
+inline int out16sTail(float c) {
+  return static_cast<int16_t>(static_cast<uint16_t>(
+      wrapSub(cvtTrunc(c * 65535.0f + floatFromBits(kBitsHalfLess)), 32768)));
+}
+inline void hlsToRgb16sTail(int h, int l, int s, Lum16s out[3]) {
+  const float Hd = (static_cast<float>(h + 32768) * 360.0f) / 65535.0f;
+  const float Lf = static_cast<float>(l + 32768) / 65535.0f;
+  const float Sf = static_cast<float>(s + 32768) / 65535.0f;
+  float c[3];
+  if (Sf == 0.0f)
+    c[0] = c[1] = c[2] = Lf;
+  else
+    hlsToRgbTailS(Hd, Lf, Sf, c);
+  for (int i = 0; i < 3; ++i) out[i] = static_cast<Lum16s>(out16sTail(c[i]));
+}
+
+// --- 32f: Hd = H * 360, Lf, Sf as they stand, output c. ---------------------
+inline void hlsToRgb32fBlock(float h, float l, float s, float out[3]) {
+  hlsToRgbBlockS(h * 360.0f, l, s, out);
+}
+inline Rgb4 hlsToRgb32fBlockVec(__m128 h, __m128 l, __m128 s) {
+  return hlsToRgbBlockVec(_mm_mul_ps(h, splat(360.0f)), l, s);
+}
+// Tail: S == 0 copies L; otherwise the tail arithmetic (divide by 60).
+inline void hlsToRgb32fTail(float h, float l, float s, float out[3]) {
+  if (s == 0.0f) {
+    out[0] = out[1] = out[2] = l;
+    return;
+  }
+  hlsToRgbTailS(h * 360.0f, l, s, out);
+}
+
+// ===========================================================================
+// Loads and stores of four pixels shared by the kernels.
+
+// 12 words (four 3-word pixels) given as words 0-7 in lo and 8-11 in the low
+// half of hi -> channel k in the low 4 words of c[k] (the riffle network of
+// deinterleave3x8w with the second half empty), and back.
+inline void deinterleave3x4w(__m128i lo, __m128i hi, __m128i c[3]) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {lo, hi, z, z, z, z};
+  for (int i = 0; i < 4; ++i) riffle16(v);
+  c[0] = v[0];
+  c[1] = v[2];
+  c[2] = v[4];
+}
+// Only the low 4 words of each c[k] reach words 0-11 of the result.
+inline void interleave3x4w(const __m128i c[3], __m128i& lo, __m128i& hi) {
+  const __m128i z = _mm_setzero_si128();
+  __m128i v[6] = {c[0], z, c[1], z, c[2], z};
+  for (int i = 0; i < 4; ++i) unriffle16(v);
+  lo = v[0];
+  hi = v[1];
+}
+// Low 4 words -> 32-bit lanes, zero- or sign-free (unsigned samples).
+inline __m128i words4to32(__m128i v) { return _mm_unpacklo_epi16(v, _mm_setzero_si128()); }
+// Low 4 bytes -> 32-bit lanes.
+inline __m128i bytes4to32(__m128i v) { return words4to32(lo8to16(v)); }
+// 32-bit loads and stores of any alignment.
+inline __m128i load32(const void* p) {
+  int32_t v;
+  memcpy(&v, p, 4);
+  return _mm_cvtsi32_si128(v);
+}
+inline void store32(void* p, __m128i v) {
+  const int32_t x = _mm_cvtsi128_si32(v);
+  memcpy(p, &x, 4);
+}
+// Four pixels of 3 bytes (12 bytes, read exactly) -> channel k in 32-bit
+// lanes of c[k].
+inline void load3x4b(const Lum8u* p, __m128i c[3]) {
+  const __m128i v = _mm_unpacklo_epi64(loadl64(p), load32(p + 8));
+  __m128i w[3];
+  deinterleave3x4w(lo8to16(v), hi8to16(v), w);
+  for (int k = 0; k < 3; ++k) c[k] = words4to32(w[k]);
+}
+// Channel k as 16-bit words (low 4 of c[k], 0..255) -> 12 bytes written.
+inline void store3x4b(Lum8u* p, const __m128i c[3]) {
+  __m128i lo, hi;
+  interleave3x4w(c, lo, hi);
+  const __m128i b = _mm_packus_epi16(lo, hi);
+  storel64(p, b);
+  store32(p + 8, _mm_srli_si128(b, 8));
+}
+// Four pixels of 4 bytes (16 bytes) -> channel k in 32-bit lanes of c[k].
+inline void load4x4b(const Lum8u* p, __m128i c[4]) {
+  const __m128i v = loadu(p);
+  const __m128i t0 = _mm_unpacklo_epi16(lo8to16(v), hi8to16(v));  // c0: px 0 2, c1 ...
+  const __m128i t1 = _mm_unpackhi_epi16(lo8to16(v), hi8to16(v));  // px 1 3
+  const __m128i u0 = _mm_unpacklo_epi16(t0, t1);                  // ch 0 | ch 1
+  const __m128i u1 = _mm_unpackhi_epi16(t0, t1);                  // ch 2 | ch 3
+  c[0] = words4to32(u0);
+  c[1] = _mm_unpackhi_epi16(u0, _mm_setzero_si128());
+  c[2] = words4to32(u1);
+  c[3] = _mm_unpackhi_epi16(u1, _mm_setzero_si128());
+}
+// Three channels as 32-bit lanes -> signed 16, then unsigned 8 saturation
+// -> bytes of four 4-byte pixels, the fourth byte of each 0.
+inline __m128i pack3to4x4b(__m128i c0, __m128i c1, __m128i c2) {
+  const __m128i b = _mm_packus_epi16(_mm_packs_epi32(c0, c1),
+                                     _mm_packs_epi32(c2, _mm_setzero_si128()));
+  // b = c0 x4 | c1 x4 | c2 x4 | 0 x4
+  const __m128i t = _mm_unpacklo_epi8(b, _mm_srli_si128(b, 8));  // c0 c2 pairs | c1 0 pairs
+  return _mm_unpacklo_epi8(t, _mm_srli_si128(t, 8));
+}
+// Bytes of one channel (low 4 bytes) from saturated 32-bit lanes.
+inline __m128i pack4b(__m128i c) {
+  const __m128i w = _mm_packs_epi32(c, c);
+  return _mm_packus_epi16(w, w);
+}
+
+}  // namespace hls
+}  // namespace lum
+
+// ---------------------------------------------------------------------------
+// One-row kernels.  The C3R kernels take nchannels: on 4 they hand the row to
+// their AC4 twin (innerRGBToHLS_32f_C3R has none and uses it as its stride).
+void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels);
+void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels);
+void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
+void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
+void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels);
+void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels);
+void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels);
+void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels);
+void inner_RGBToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void inner_HLSToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void inner_RGBToHLS_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
+void inner_HLSToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
+void inner_RGBToHLS_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width);
+void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width);
+void innerHLSToRGB_32f_AC4R(const Lum32f* pSrc, Lum32f* pDst, int width);
+
+// Row drivers (group 1 of the parallel frame): steps in elements.
+void myRGBToHLS_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
+                       int height, int nchannels);
+void myHLSToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
+                       int height, int nchannels);
+void myRGBToHLS_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
+                        int height, int nchannels);
+void myHLSToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
+                        int height, int nchannels);
+void myRGBToHLS_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
+                        int height, int nchannels);
+void myHLSToRGB_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
+                        int height, int nchannels);
+void myRGBToHLS_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
+                        int height, int nchannels);
+void myHLSToRGB_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
+                        int height, int nchannels);
+
+#endif  // LUM_PCCMSKCOLOR_HLS_H

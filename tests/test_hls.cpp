@@ -1,0 +1,591 @@
+// RGB and HLS: the stated values (grey, black, saturated colours, the full-
+// scale hue, the even-only 16u inverse, the 16s bias and rounding, the 32f
+// grey threshold), every kernel against its scalar forms across block
+// boundaries, guard bytes, alpha, statuses, step shifts and team sizes.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "lumcc.h"
+#include "models/pccmskcolor_hls.h"
+#include "test_support.h"
+
+using namespace lum;
+using namespace lum::hls;
+using lumtest::GuardedImage;
+
+namespace {
+
+enum class Kind { U8, U16, S16, F32 };
+int sizeOf(Kind k) { return k == Kind::U8 ? 1 : (k == Kind::F32 ? 4 : 2); }
+
+using Call = std::function<LumStatus(const void*, int, void*, int, LumSize)>;
+// One pixel's three output samples (raw bytes) from its three input samples.
+using PixelFn = std::function<void(const uint8_t* in, uint8_t* out)>;
+
+// One public function: element type, pixel stride, main-loop round (0: no
+// main loop), the scalar forms of main loop and tail, the call.
+struct Fn {
+  std::string name;
+  Kind kind;
+  int nch, block;
+  PixelFn blockFn, tailFn;
+  Call call;
+};
+void PrintTo(const Fn& f, std::ostream* os) { *os << f.name; }
+
+// Scalar forms on raw bytes (memcpy keeps the reads aligned for UBSan).
+template <class T, class F>
+PixelFn intForm(F f) {
+  return [f](const uint8_t* in, uint8_t* out) {
+    T s[3], o[3];
+    memcpy(s, in, sizeof s);
+    f(s[0], s[1], s[2], o);
+    memcpy(out, o, sizeof o);
+  };
+}
+template <class F>
+PixelFn floatForm(F f) {
+  return [f](const uint8_t* in, uint8_t* out) {
+    float s[3], o[3];
+    memcpy(s, in, sizeof s);
+    f(s[0], s[1], s[2], o);
+    memcpy(out, o, sizeof o);
+  };
+}
+template <class T>
+Call call(LumStatus (*f)(const T*, int, T*, int, LumSize)) {
+  return [f](const void* s, int ss, void* d, int ds, LumSize r) {
+    return f(static_cast<const T*>(s), ss, static_cast<T*>(d), ds, r);
+  };
+}
+
+std::vector<Fn> allFunctions() {
+  std::vector<Fn> v;
+  for (int nch : {3, 4}) {
+    const bool c3 = nch == 3;
+    const std::string lay = c3 ? "_C3R" : "_AC4R";
+    v.push_back({"RGBToHLS_8u" + lay, Kind::U8, nch, c3 ? 8 : 4, intForm<Lum8u>(rgbToHls8uBlock),
+                 intForm<Lum8u>(rgbToHls8uTail),
+                 call<Lum8u>(c3 ? lumiRGBToHLS_8u_C3R : lumiRGBToHLS_8u_AC4R)});
+    v.push_back({"HLSToRGB_8u" + lay, Kind::U8, nch, c3 ? 8 : 4, intForm<Lum8u>(hlsToRgb8uBlock),
+                 intForm<Lum8u>(hlsToRgb8uTail),
+                 call<Lum8u>(c3 ? lumiHLSToRGB_8u_C3R : lumiHLSToRGB_8u_AC4R)});
+    v.push_back({"RGBToHLS_16u" + lay, Kind::U16, nch, 4, intForm<Lum16u>(rgbToHls16uBlock),
+                 intForm<Lum16u>(rgbToHls16uTail),
+                 call<Lum16u>(c3 ? lumiRGBToHLS_16u_C3R : lumiRGBToHLS_16u_AC4R)});
+    v.push_back({"HLSToRGB_16u" + lay, Kind::U16, nch, 4, intForm<Lum16u>(hlsToRgb16uBlock),
+                 intForm<Lum16u>(hlsToRgb16uTail),
+                 call<Lum16u>(c3 ? lumiHLSToRGB_16u_C3R : lumiHLSToRGB_16u_AC4R)});
+    v.push_back({"RGBToHLS_16s" + lay, Kind::S16, nch, 4, intForm<Lum16s>(rgbToHls16sBlock),
+                 intForm<Lum16s>(rgbToHls16sTail),
+                 call<Lum16s>(c3 ? lumiRGBToHLS_16s_C3R : lumiRGBToHLS_16s_AC4R)});
+    v.push_back({"HLSToRGB_16s" + lay, Kind::S16, nch, 4, intForm<Lum16s>(hlsToRgb16sBlock),
+                 intForm<Lum16s>(hlsToRgb16sTail),
+                 call<Lum16s>(c3 ? lumiHLSToRGB_16s_C3R : lumiHLSToRGB_16s_AC4R)});
+    v.push_back({"RGBToHLS_32f" + lay, Kind::F32, nch, 0, floatForm(rgbToHls32f),
+                 floatForm(rgbToHls32f),
+                 call<Lum32f>(c3 ? lumiRGBToHLS_32f_C3R : lumiRGBToHLS_32f_AC4R)});
+    v.push_back({"HLSToRGB_32f" + lay, Kind::F32, nch, 4, floatForm(hlsToRgb32fBlock),
+                 floatForm(hlsToRgb32fTail),
+                 call<Lum32f>(c3 ? lumiHLSToRGB_32f_C3R : lumiHLSToRGB_32f_AC4R)});
+  }
+  return v;
+}
+const Fn& fn(const std::string& name) {
+  static const std::vector<Fn> all = allFunctions();
+  for (const Fn& f : all)
+    if (f.name == name) return f;
+  ADD_FAILURE() << "no function " << name;
+  return all[0];
+}
+
+// ---------------------------------------------------------------------------
+// Sample values: random, with a good share of the special pixels (grey,
+// ties, zero saturation, full-scale hue, almost-grey floats).
+struct Gen {
+  Kind kind;
+  std::mt19937& rng;
+  double zero() const { return kind == Kind::S16 ? -32768 : 0; }
+  double full() const {
+    switch (kind) {
+      case Kind::U8: return 255;
+      case Kind::U16: return 65535;
+      case Kind::S16: return 32767;
+      default: return 1.0;
+    }
+  }
+  double any() {
+    switch (kind) {
+      case Kind::U8: return rng() & 255u;
+      case Kind::U16: return rng() & 65535u;
+      case Kind::S16: return static_cast<int16_t>(rng() & 65535u);
+      default: return -0.125 + 1.25 * (rng() >> 8) / 16777216.0;
+    }
+  }
+  void put(uint8_t* p, double v) const {
+    switch (kind) {
+      case Kind::U8: *p = static_cast<uint8_t>(v); break;
+      case Kind::U16: { const uint16_t x = static_cast<uint16_t>(v); memcpy(p, &x, 2); break; }
+      case Kind::S16: { const int16_t x = static_cast<int16_t>(v); memcpy(p, &x, 2); break; }
+      default: { const float x = static_cast<float>(v); memcpy(p, &x, 4); break; }
+    }
+  }
+  void pixel(uint8_t* p, int nch) {
+    double s[4] = {any(), any(), any(), any()};
+    switch (rng() % 10) {
+      case 0: s[1] = s[2] = s[0]; break;                        // grey
+      case 1: s[1] = s[0]; break;                               // ties
+      case 2: s[2] = s[0]; break;
+      case 3: s[2] = s[1]; break;
+      case 4: s[2] = zero(); break;                             // S = 0
+      case 5: s[0] = full(); break;                             // H = full scale
+      case 6: s[0] = zero(); s[1] = full(); s[2] = zero(); break;  // primaries
+      case 7:
+        if (kind == Kind::F32) s[1] = s[2] = s[0] + 1e-7 * (rng() % 3);
+        break;
+      default: break;
+    }
+    const int es = sizeOf(kind);
+    for (int c = 0; c < nch; ++c) put(p + c * es, s[c]);
+  }
+};
+
+// An image of `w` by `h` pixels of a function's layout and type, with guard
+// bytes, element-aligned padding and the given misalignment.
+std::unique_ptr<GuardedImage> image(const Fn& f, int w, int h, int misalign, int pad) {
+  const int es = sizeOf(f.kind);
+  return std::make_unique<GuardedImage>(w * f.nch * es, h, pad * es, misalign * es);
+}
+void fill(GuardedImage& g, const Fn& f, int w, std::mt19937& rng) {
+  Gen gen{f.kind, rng};
+  const int px = f.nch * sizeOf(f.kind);
+  for (int y = 0; y < g.height(); ++y)
+    for (int x = 0; x < w; ++x) gen.pixel(g.row(y) + x * px, f.nch);
+}
+
+// The destination must hold, pixel by pixel, the main-loop form for the first
+// (width & ~(block - 1)) pixels of each row and the tail form after; alpha
+// (AC4) as it was.
+void expectScalarForms(const Fn& f, const GuardedImage& src, const GuardedImage& dst,
+                       const std::vector<uint8_t>& dstBefore, int w, int h) {
+  const int es = sizeOf(f.kind), px = f.nch * es;
+  const int blockEnd = f.block ? (w & ~(f.block - 1)) : 0;
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x) {
+      uint8_t want[12];
+      (x < blockEnd ? f.blockFn : f.tailFn)(src.row(y) + x * px, want);
+      const uint8_t* got = dst.row(y) + x * px;
+      ASSERT_EQ(0, memcmp(got, want, 3 * es))
+          << f.name << " w=" << w << " " << lumtest::where(x, y, -1)
+          << (x < blockEnd ? " (main loop)" : " (tail)");
+      if (f.nch == 4) {
+        ASSERT_EQ(0, memcmp(got + 3 * es, dstBefore.data() + (y * w + x) * px + 3 * es, es))
+            << f.name << " alpha changed, w=" << w << " " << lumtest::where(x, y, 3);
+      }
+    }
+}
+
+class Hls : public ::testing::TestWithParam<Fn> {};
+
+// Random rows of every width from 1 to 70 and some wide ones: main loops
+// against their scalar forms, tails against theirs, guard bytes, alpha.
+TEST_P(Hls, KernelsMatchScalarFormsAtEveryWidth) {
+  const Fn& f = GetParam();
+  std::mt19937 rng(99);
+  std::vector<int> widths = lumtest::widthsUpTo(70);
+  for (int w : {95, 96, 97, 127, 128, 129, 255, 1001}) widths.push_back(w);
+  for (int w : widths) {
+    const int h = 1 + (w % 3);
+    auto src = image(f, w, h, w % 4, w % 5);
+    auto dst = image(f, w, h, (w * 3) % 16 / sizeOf(f.kind), (w * 7) % 6);
+    fill(*src, f, w, rng);
+    dst->fillRandom(rng);
+    const std::vector<uint8_t> before = dst->regionBytes();
+    ASSERT_EQ(f.call(src->data(), src->step(), dst->data(), dst->step(), LumSize{w, h}), LumOk);
+    expectScalarForms(f, *src, *dst, before, w, h);
+    ASSERT_TRUE(dst->guardsIntact()) << f.name << " w=" << w;
+  }
+}
+
+// Every alignment of the destination, for the kernels that read the
+// destination back (AC4) or write pieces: the region and nothing else.
+TEST_P(Hls, EveryDestinationAlignment) {
+  const Fn& f = GetParam();
+  std::mt19937 rng(5);
+  const int es = sizeOf(f.kind);
+  for (int mis = 0; mis < 16; mis += es)
+    for (int w : {1, 3, 4, 5, 8, 9, 13, 16, 17}) {
+      auto src = image(f, w, 2, 0, 1);
+      auto dst = image(f, w, 2, mis / es, 0);
+      fill(*src, f, w, rng);
+      dst->fillRandom(rng);
+      const std::vector<uint8_t> before = dst->regionBytes();
+      ASSERT_EQ(f.call(src->data(), src->step(), dst->data(), dst->step(), LumSize{w, 2}), LumOk);
+      expectScalarForms(f, *src, *dst, before, w, 2);
+      ASSERT_TRUE(dst->guardsIntact()) << f.name << " w=" << w << " misalign=" << mis;
+    }
+}
+
+// Above 4096 pixels the rows are shared by a team: the same bytes for team
+// sizes 1, 2 and 4 (and those of the scalar forms).
+TEST_P(Hls, SameBytesForTeamSizes) {
+  const Fn& f = GetParam();
+  std::mt19937 rng(17);
+  const int w = 83, h = 61;  // 5063 pixels
+  auto src = image(f, w, h, 1, 3);
+  fill(*src, f, w, rng);
+  std::vector<uint8_t> first;
+  for (int team : {1, 2, 4}) {
+    lumtest::TeamSize scope(team);
+    auto dst = image(f, w, h, 2, 1);
+    dst->fill(0x5A);
+    const std::vector<uint8_t> before = dst->regionBytes();
+    ASSERT_EQ(f.call(src->data(), src->step(), dst->data(), dst->step(), LumSize{w, h}), LumOk);
+    if (first.empty()) {
+      expectScalarForms(f, *src, *dst, before, w, h);
+      first = dst->regionBytes();
+    } else {
+      EXPECT_EQ(dst->regionBytes(), first) << f.name << " team " << team;
+    }
+    EXPECT_TRUE(dst->guardsIntact());
+  }
+}
+
+// Checks: pointers, then size; steps never.  Nothing written on an error.
+TEST_P(Hls, StatusesAndNothingWrittenOnError) {
+  const Fn& f = GetParam();
+  std::mt19937 rng(3);
+  auto src = image(f, 9, 3, 0, 1);
+  auto dst = image(f, 9, 3, 0, 1);
+  fill(*src, f, 9, rng);
+  const std::vector<uint8_t> snap = dst->snapshot();
+  const int ss = src->step(), ds = dst->step();
+  EXPECT_EQ(f.call(nullptr, ss, dst->data(), ds, LumSize{9, 3}), LumErrNullPtr);
+  EXPECT_EQ(f.call(src->data(), ss, nullptr, ds, LumSize{9, 3}), LumErrNullPtr);
+  EXPECT_EQ(f.call(nullptr, ss, dst->data(), ds, LumSize{0, 0}), LumErrNullPtr);
+  for (LumSize bad : {LumSize{0, 3}, LumSize{9, 0}, LumSize{-1, 3}, LumSize{9, -2}})
+    EXPECT_EQ(f.call(src->data(), ss, dst->data(), ds, bad), LumErrSize) << f.name;
+  EXPECT_TRUE(dst->equals(snap)) << f.name;
+  // A step of 0 is accepted: every row lies on the first.
+  EXPECT_EQ(f.call(src->data(), 0, dst->data(), 0, LumSize{9, 3}), LumOk);
+  EXPECT_TRUE(dst->guardsIntact());
+  EXPECT_EQ(f.call(src->data() + 2 * ss, -ss, dst->data() + 2 * ds, -ds, LumSize{9, 3}), LumOk);
+  EXPECT_TRUE(dst->guardsIntact());
+}
+
+// A step that is no multiple of the element size is shifted right
+// arithmetically: a negative odd step rounds toward minus infinity, so row 1
+// of a step of -(rowBytes + 1) starts one element more than a row before
+// row 0 (a shift toward zero would start it exactly a row before).  In 8u
+// the step is a byte count and means the same.
+TEST_P(Hls, OddNegativeStepsShiftArithmetically) {
+  const Fn& f = GetParam();
+  const int es = sizeOf(f.kind);
+  const int w = 7, rowElems = w * f.nch, rowBytes = rowElems * es;
+  const int oddStep = -rowBytes - 1;  // -> -rowElems - 1 elements
+  std::mt19937 rng(11);
+  std::vector<uint8_t> src(8 * rowBytes), dst(8 * rowBytes, 0xEE), ref(2 * rowBytes);
+  Gen gen{f.kind, rng};
+  for (size_t i = 0; i + f.nch * es <= src.size(); i += f.nch * es) gen.pixel(&src[i], f.nch);
+  uint8_t* s0 = &src[4 * rowBytes];
+  uint8_t* d0 = &dst[4 * rowBytes];
+  ASSERT_EQ(f.call(s0, oddStep, d0, oddStep, LumSize{w, 2}), LumOk);
+  // Row 1 of both images at (rowElems + 1) elements before row 0.
+  const ptrdiff_t back = static_cast<ptrdiff_t>(rowElems + 1) * es;
+  memcpy(ref.data(), d0 - back, rowBytes);
+  std::vector<uint8_t> want(rowBytes, 0xEE);
+  ASSERT_EQ(f.call(s0 - back, rowBytes, want.data(), rowBytes, LumSize{w, 1}), LumOk);
+  // AC4 alpha of the reference row was 0xEE too, as in dst.
+  EXPECT_EQ(0, memcmp(ref.data(), want.data(), rowBytes)) << f.name;
+  // The element between row 1's end and row 0's start was not written.
+  for (int i = 0; i < es; ++i) EXPECT_EQ(d0[-es + i], 0xEE) << f.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(AllSixteen, Hls, ::testing::ValuesIn(allFunctions()),
+                         [](const ::testing::TestParamInfo<Fn>& i) { return i.param.name; });
+
+// ---------------------------------------------------------------------------
+// Stated values.
+
+// Run one pixel through a public function in the main loop (position 0 of a
+// row of one round) or in the tail (a row of one pixel).
+template <class T>
+std::vector<T> runPixel(const std::string& name, std::vector<T> in, bool inMainLoop) {
+  const Fn& f = fn(name);
+  const int w = inMainLoop && f.block ? f.block : 1;
+  std::vector<T> src(w * f.nch), dst(w * f.nch);
+  for (int x = 0; x < w; ++x)
+    for (int c = 0; c < 3; ++c) src[x * f.nch + c] = in[c];
+  const int step = w * f.nch * static_cast<int>(sizeof(T));
+  EXPECT_EQ(f.call(src.data(), step, dst.data(), step, LumSize{w, 1}), LumOk);
+  return {dst[0], dst[1], dst[2]};
+}
+template <class T>
+std::vector<T> vec3(T a, T b, T c) {
+  return {a, b, c};
+}
+
+// A grey pixel: H = S = 0 (16s: -32768) and L = the level, in main loop
+// and tail, black included.
+TEST(HlsStated, GreyPixelsForward) {
+  for (bool main : {true, false})
+    for (const char* lay : {"_C3R", "_AC4R"}) {
+      for (int g = 0; g < 256; ++g)
+        ASSERT_EQ(runPixel<Lum8u>(std::string("RGBToHLS_8u") + lay, vec3<Lum8u>(g, g, g), main),
+                  vec3<Lum8u>(0, g, 0)) << g << lay << main;
+      for (int g : {0, 1, 2, 255, 256, 32767, 32768, 65534, 65535})
+        ASSERT_EQ(runPixel<Lum16u>(std::string("RGBToHLS_16u") + lay, vec3<Lum16u>(g, g, g), main),
+                  vec3<Lum16u>(0, g, 0)) << g << lay << main;
+      for (int g : {-32768, -32767, -1, 0, 1, 32766, 32767})
+        ASSERT_EQ(runPixel<Lum16s>(std::string("RGBToHLS_16s") + lay, vec3<Lum16s>(g, g, g), main),
+                  vec3<Lum16s>(-32768, g, -32768)) << g << lay << main;
+      for (float g : {0.0f, 0.25f, 1.0f, 1.5f})
+        ASSERT_EQ(runPixel<float>(std::string("RGBToHLS_32f") + lay, vec3(g, g, g), main),
+                  vec3(0.0f, g, 0.0f));
+    }
+}
+
+// Saturated primaries: L = trunc(K / 2); S through the reciprocal of x = K,
+// bare in the 8u main loop, refined elsewhere; H from the hue formula of the
+// channel that is the maximum (0, 120 and 240 degrees times Y).
+TEST(HlsStated, SaturatedPrimaries) {
+  const float y8 = floatFromBits(0x3F355555u), y16 = floatFromBits(0x43360AABu);
+  for (bool main : {true, false}) {
+    const float r8 = main ? rcpS(255.0f) : rcpNewtonS(255.0f);
+    const int s8 = std::min(255, cvtTrunc((255.0f * r8) * 255.0f));
+    EXPECT_EQ(runPixel<Lum8u>("RGBToHLS_8u_C3R", {255, 0, 0}, main), vec3<Lum8u>(0, 127, s8));
+    EXPECT_EQ(runPixel<Lum8u>("RGBToHLS_8u_C3R", {0, 255, 0}, main),
+              vec3<Lum8u>(cvtTrunc(120.0f * y8), 127, s8));
+    EXPECT_EQ(runPixel<Lum8u>("RGBToHLS_8u_C3R", {0, 0, 255}, main),
+              vec3<Lum8u>(cvtTrunc(240.0f * y8), 127, s8));
+    const int s16 = std::min(65535, cvtTrunc((65535.0f * rcpNewtonS(65535.0f)) * 65535.0f));
+    EXPECT_EQ(runPixel<Lum16u>("RGBToHLS_16u_AC4R", {0, 0, 65535}, main),
+              vec3<Lum16u>(cvtTrunc(240.0f * y16), 32767, s16));
+    EXPECT_EQ(runPixel<Lum16s>("RGBToHLS_16s_C3R", {-32768, 32767, -32768}, main),
+              vec3<Lum16s>(cvtTrunc(120.0f * y16) - 32768, -1, s16 - 32768));
+  }
+  // 32f: true divisions, exact here; values outside 0..1 are not clamped.
+  EXPECT_EQ(runPixel<float>("RGBToHLS_32f_C3R", {0.0f, 0.0f, 1.0f}, false),
+            vec3(240.0f / 360.0f, 0.5f, 1.0f));
+  EXPECT_EQ(runPixel<float>("RGBToHLS_32f_C3R", {1.5f, 0.0f, 0.0f}, false),
+            vec3(0.0f, 0.75f, 3.0f));
+}
+
+// The 8u forward main loop takes the reciprocal as it stands and the tail
+// refines it: over the colour cube some identical pixels differ by one in S
+// or H, never by more.
+TEST(HlsStated, EightBitMainLoopAndTailDiffer) {
+  int differ = 0;
+  for (int r = 0; r < 256; r += 3)
+    for (int g = 0; g < 256; g += 5)
+      for (int b = 0; b < 256; b += 7) {
+        Lum8u m[3], t[3];
+        rgbToHls8uBlock(r, g, b, m);
+        rgbToHls8uTail(r, g, b, t);
+        ASSERT_EQ(m[1], t[1]);
+        ASSERT_LE(std::abs(m[0] - t[0]), 1);
+        ASSERT_LE(std::abs(m[2] - t[2]), 1);
+        differ += m[0] != t[0] || m[2] != t[2];
+      }
+  EXPECT_GT(differ, 0);
+}
+
+// The 16s forward members are the 16u arithmetic through a bias of 32768,
+// in main loop and tail.
+TEST(HlsStated, SixteenSignedForwardIsBiasedUnsigned) {
+  std::mt19937 rng(23);
+  const int w = 37, n = w * 3;
+  std::vector<Lum16u> u(n), uo(n);
+  std::vector<Lum16s> s(n), so(n);
+  for (int rep = 0; rep < 20; ++rep) {
+    for (int i = 0; i < n; ++i) {
+      u[i] = static_cast<Lum16u>(rng() % 5 == 0 ? u[i - i % 3] : rng());
+      s[i] = static_cast<Lum16s>(u[i] - 32768);
+    }
+    ASSERT_EQ(lumiRGBToHLS_16u_C3R(u.data(), 2 * n, uo.data(), 2 * n, LumSize{w, 1}), LumOk);
+    ASSERT_EQ(lumiRGBToHLS_16s_C3R(s.data(), 2 * n, so.data(), 2 * n, LumSize{w, 1}), LumOk);
+    for (int i = 0; i < n; ++i) ASSERT_EQ(so[i], static_cast<Lum16s>(uo[i] - 32768)) << i;
+  }
+}
+
+// 32f: d must exceed 1.1920929e-7 = 2^-23 (not merely be non-zero) for a
+// colour.  Around 0.25 a float step is 2^-25.
+TEST(HlsStated, FloatGreyThreshold) {
+  const float base = 0.25f, ulp = 0x1p-25f;
+  for (float d : {ulp, 4 * ulp}) {  // 2^-25 and 2^-23: grey
+    const std::vector<float> o = runPixel<float>("RGBToHLS_32f_C3R", {base, base + d, base}, false);
+    EXPECT_EQ(o[0], 0.0f);
+    EXPECT_EQ(o[2], 0.0f);
+    EXPECT_EQ(o[1], 0.5f * (base + (base + d)));
+  }
+  // 5 * 2^-25 is a colour: green, H = 120 / 360, S = d / s (L below 0.5).
+  const float g = base + 5 * ulp;
+  const std::vector<float> o = runPixel<float>("RGBToHLS_32f_AC4R", {base, g, base}, false);
+  EXPECT_EQ(o[0], 120.0f / 360.0f);
+  EXPECT_EQ(o[2], (g - base) / (base + g));
+}
+
+// 32f: the red arm is ((G - B) * 60) / d with nothing added, so a quotient
+// that underflows to -0 stays -0 (not below 0, so no 360 is added) and H is
+// -0; an arm that added a zero would turn it into +0.
+TEST(HlsStated, FloatRedArmKeepsNegativeZero) {
+  const std::vector<float> o = runPixel<float>("RGBToHLS_32f_C3R", {1e5f, 0.0f, 1e-44f}, false);
+  EXPECT_EQ(o[0], 0.0f);
+  EXPECT_TRUE(std::signbit(o[0]));
+}
+
+// Inverse: a hue of full scale acts as 0, in main loop and tail.
+TEST(HlsStated, FullScaleHueActsAsZero) {
+  std::mt19937 rng(31);
+  for (int i = 0; i < 300; ++i)
+    for (bool main : {true, false}) {
+      const int l8 = rng() & 255, s8 = 1 + rng() % 255;
+      ASSERT_EQ(runPixel<Lum8u>("HLSToRGB_8u_C3R", {255, Lum8u(l8), Lum8u(s8)}, main),
+                runPixel<Lum8u>("HLSToRGB_8u_C3R", {0, Lum8u(l8), Lum8u(s8)}, main));
+      const int l16 = rng() & 65535, s16 = 1 + rng() % 65535;
+      ASSERT_EQ(runPixel<Lum16u>("HLSToRGB_16u_AC4R", {65535, Lum16u(l16), Lum16u(s16)}, main),
+                runPixel<Lum16u>("HLSToRGB_16u_AC4R", {0, Lum16u(l16), Lum16u(s16)}, main));
+      ASSERT_EQ(runPixel<Lum16s>("HLSToRGB_16s_C3R", {32767, Lum16s(l16), Lum16s(s16)}, main),
+                runPixel<Lum16s>("HLSToRGB_16s_C3R", {-32768, Lum16s(l16), Lum16s(s16)}, main));
+      const float lf = (rng() >> 8) / 16777216.0f, sf = (1 + (rng() >> 8)) / 16777216.0f;
+      ASSERT_EQ(runPixel<float>("HLSToRGB_32f_C3R", {1.0f, lf, sf}, main),
+                runPixel<float>("HLSToRGB_32f_C3R", {0.0f, lf, sf}, main));
+    }
+}
+
+// Inverse 8u: S = 0 returns L exactly, in main loop and tail, for every L;
+// a pure hue at full saturation gives the primary.
+TEST(HlsStated, EightBitInverseGreyAndPrimaries) {
+  for (bool main : {true, false}) {
+    for (int l = 0; l < 256; ++l)
+      ASSERT_EQ(runPixel<Lum8u>("HLSToRGB_8u_AC4R", {77, Lum8u(l), 0}, main),
+                vec3<Lum8u>(l, l, l)) << l;
+    const std::vector<Lum8u> red = runPixel<Lum8u>("HLSToRGB_8u_C3R", {0, 127, 255}, main);
+    EXPECT_GE(red[0], 252);
+    EXPECT_LE(red[1], 1);
+    EXPECT_LE(red[2], 1);
+  }
+}
+
+// Inverse 16u: the computed path doubles sat16(trunc(c * 32767.5)), so it is
+// even and at most 65534; only the tail's copy of L for S = 0 can be odd.
+// The constant 1.5259e-05 is 2^-16 + 2^-32 (bits 0x37800080), the one of
+// 1/65535, not the float nearest to the decimal (0x37800074): with it a grey
+// pixel of even L comes out as L in the main loop, and of odd L as L - 1,
+// mostly; the expectation below is computed from the bits and differs from
+// the other constant's for thousands of L.
+TEST(HlsStated, SixteenBitInverseEvenOnlyAndItsConstant) {
+  EXPECT_EQ(runPixel<Lum16u>("HLSToRGB_16u_C3R", {1234, 65535, 0}, false),
+            vec3<Lum16u>(65535, 65535, 65535));
+  EXPECT_EQ(runPixel<Lum16u>("HLSToRGB_16u_C3R", {1234, 65535, 0}, true),
+            vec3<Lum16u>(65534, 65534, 65534));
+  auto mainGrey = [](int l, uint32_t bits) {
+    return 2 * cvtTrunc((static_cast<float>(l) * floatFromBits(bits)) * 32767.5f);
+  };
+  // One row of all 65536 grey levels: 65536 pixels in the main loop; then
+  // the same levels as rows of one pixel (tail).
+  std::vector<Lum16u> src(65536 * 3), dst(65536 * 3);
+  for (int l = 0; l < 65536; ++l) {
+    src[3 * l] = static_cast<Lum16u>(l * 7);
+    src[3 * l + 1] = static_cast<Lum16u>(l);
+    src[3 * l + 2] = 0;
+  }
+  ASSERT_EQ(lumiHLSToRGB_16u_C3R(src.data(), 0, dst.data(), 0, LumSize{65536, 1}), LumOk);
+  int otherConstantDiffers = 0;
+  for (int l = 0; l < 65536; ++l) {
+    const int want = mainGrey(l, 0x37800080u);
+    ASSERT_EQ(dst[3 * l], want) << "L=" << l;
+    ASSERT_EQ(dst[3 * l + 2], want) << "L=" << l;
+    if (l % 2 == 0 && l <= 512) {
+      ASSERT_EQ(want, l);
+    }
+    otherConstantDiffers += want != mainGrey(l, 0x37800074u);
+  }
+  EXPECT_GT(otherConstantDiffers, 1000);
+  ASSERT_EQ(lumiHLSToRGB_16u_C3R(src.data(), 6, dst.data(), 6, LumSize{1, 65536}), LumOk);
+  for (int l = 0; l < 65536; ++l) ASSERT_EQ(dst[3 * l + 1], l) << "tail L=" << l;
+  // With S > 0 no output is ever odd, in main loop and tail.
+  std::mt19937 rng(41);
+  const int w = 203;
+  std::vector<Lum16u> s2(w * 4), d2(w * 4);
+  for (int rep = 0; rep < 30; ++rep) {
+    for (int x = 0; x < w; ++x) {
+      s2[4 * x] = static_cast<Lum16u>(rng());
+      s2[4 * x + 1] = static_cast<Lum16u>(rng());
+      s2[4 * x + 2] = static_cast<Lum16u>(1 + rng() % 65535);
+    }
+    ASSERT_EQ(lumiHLSToRGB_16u_AC4R(s2.data(), 8 * w, d2.data(), 8 * w, LumSize{w, 1}), LumOk);
+    for (int x = 0; x < w; ++x)
+      for (int c = 0; c < 3; ++c) ASSERT_EQ(d2[4 * x + c] & 1, 0) << x;
+  }
+}
+
+// Inverse 16s: the main loop truncates, the tail adds 0.49998999 (just below
+// one half) before truncating.
+TEST(HlsStated, SixteenSignedInverseRounding) {
+  // Grey, biased level 257: the main loop's 257 * 1.5259e-05 * 65535 falls
+  // just short of 257 and truncates to 256; the tail's 257 / 65535 * 65535
+  // rounds back to 257.
+  EXPECT_EQ(runPixel<Lum16s>("HLSToRGB_16s_C3R", {0, 257 - 32768, -32768}, true),
+            vec3<Lum16s>(256 - 32768, 256 - 32768, 256 - 32768));
+  EXPECT_EQ(runPixel<Lum16s>("HLSToRGB_16s_C3R", {0, 257 - 32768, -32768}, false),
+            vec3<Lum16s>(257 - 32768, 257 - 32768, 257 - 32768));
+  // Biased H 0, L 1, S 32767: G and B are M1, with M1 * 65535 just above one
+  // half (0.5000076): the tail's constant keeps it at 0, where adding 0.5
+  // would give 1; R is M2 (1.50001...) and gives 1 either way.
+  EXPECT_EQ(runPixel<Lum16s>("HLSToRGB_16s_AC4R", {-32768, -32767, -1}, false),
+            vec3<Lum16s>(1 - 32768, -32768, -32768));
+  // Tail outputs are the low 16 bits, unsaturated; main loop saturated.
+  for (bool main : {true, false})
+    EXPECT_EQ(runPixel<Lum16s>("HLSToRGB_16s_C3R", {0, 32767, -32768}, main),
+              vec3<Lum16s>(32767, 32767, 32767));
+}
+
+// The 16s and 32f inverses have their own tail arithmetic: for some pixels
+// the main-loop form and the tail form differ, and the kernels keep both.
+TEST(HlsStated, InverseMainLoopAndTailFormsDiffer) {
+  std::mt19937 rng(47);
+  int differ16s = 0, differ32f = 0;
+  for (int i = 0; i < 20000; ++i) {
+    const int h = static_cast<int16_t>(rng()), l = static_cast<int16_t>(rng()),
+              s = static_cast<int16_t>(rng());
+    Lum16s a[3], b[3];
+    hlsToRgb16sBlock(h, l, s, a);
+    hlsToRgb16sTail(h, l, s, b);
+    differ16s += memcmp(a, b, sizeof a) != 0;
+    const float hf = (rng() >> 8) / 16777216.0f, lf = (rng() >> 8) / 16777216.0f,
+                sf = (1 + (rng() >> 8)) / 16777216.0f;
+    float fa[3], fb[3];
+    hlsToRgb32fBlock(hf, lf, sf, fa);
+    hlsToRgb32fTail(hf, lf, sf, fb);
+    differ32f += memcmp(fa, fb, sizeof fa) != 0;
+  }
+  EXPECT_GT(differ16s, 0);
+  EXPECT_GT(differ32f, 0);
+}
+
+// Round trip is not exact in 8u (two truncations), but stays close.
+TEST(HlsStated, EightBitRoundTripIsClose) {
+  const int w = 64;
+  std::vector<Lum8u> rgb(3 * w), hls(3 * w), back(3 * w);
+  std::mt19937 rng(2);
+  int inexact = 0;
+  for (int rep = 0; rep < 50; ++rep) {
+    for (auto& v : rgb) v = static_cast<Lum8u>(rng());
+    ASSERT_EQ(lumiRGBToHLS_8u_C3R(rgb.data(), 3 * w, hls.data(), 3 * w, LumSize{w, 1}), LumOk);
+    ASSERT_EQ(lumiHLSToRGB_8u_C3R(hls.data(), 3 * w, back.data(), 3 * w, LumSize{w, 1}), LumOk);
+    for (int i = 0; i < 3 * w; ++i) {
+      ASSERT_LE(std::abs(rgb[i] - back[i]), 8) << i;
+      inexact += rgb[i] != back[i];
+    }
+  }
+  EXPECT_GT(inexact, 0);
+}
+
+}  // namespace
