@@ -1,0 +1,585 @@
+// RGB and HSV: public functions, row drivers and one-row kernels.
+//
+// Every kernel runs its SSE2 main loop over the first (width & ~3) pixels of
+// the row, four pixels a round in 32-bit float lanes, and its scalar tail
+// over the rest.  The main loop and the tail differ on purpose (see
+// pccmskcolor_hsv.h, where both scalar forms stand):
+//   - black and grey are branches in the tail, masks in the main loop;
+//   - a tie between two maximal channels is broken differently;
+//   - 8u: the main loop truncates and saturates, the tail rounds in the mode
+//     in force and stores the low 8 bits;
+//   - 16u: both round; the forward main loop clamps to 0..65535, the inverse
+//     main loop and the tails store the low 16 bits.
+// No kernel divides: 8u takes the approximate reciprocal as it stands, 16u
+// refines it with one Newton step.
+//
+// Where a loop takes 32, 16 or 8 pixels a round it runs the four-pixel round's
+// arithmetic on each group of four lanes: the formula is per pixel, so only
+// the boundary between main loop and tail matters.
+#include "models/pccmskcolor_hsv.h"
+
+#include <tmmintrin.h>
+
+#include "frame/lum_frame.h"
+#include "frame/lum_simd.h"
+
+using namespace lum;
+using namespace lum::hsv;
+
+namespace {
+
+// ---------------------------------------------------------------------------
+// Vector forms of the element-type differences.
+inline __m128 vFloatFromBits(uint32_t bits) {
+  return _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(bits)));
+}
+
+template <class T>
+struct VecOps;
+template <>
+struct VecOps<Hsv8u> {
+  static __m128 rcp(__m128 x) { return vRcp(x); }                         // as it stands
+  static __m128i cvt(__m128 x) { return _mm_cvttps_epi32(x); }             // truncation
+};
+template <>
+struct VecOps<Hsv16u> {
+  static __m128 rcp(__m128 x) { return vRcpNewton(x); }                   // one Newton step
+  static __m128i cvt(__m128 x) { return _mm_cvtps_epi32(x); }              // mode in force
+};
+
+inline __m128 select(__m128 mask, __m128 a, __m128 b) {  // mask ? a : b
+  return _mm_or_ps(_mm_and_ps(mask, a), _mm_andnot_ps(mask, b));
+}
+
+// ---------------------------------------------------------------------------
+// rgbToHsvBlock in SSE2: four pixels of R, G, B as floats in, H, S, V as
+// converted 32-bit integers out (not yet saturated: the packs do that).
+template <class T>
+inline void rgbToHsvBlockVec(__m128 R, __m128 G, __m128 B, __m128i& H, __m128i& S, __m128i& V) {
+  const __m128 K = _mm_set1_ps(T::K);
+  const __m128 zero = _mm_setzero_ps();
+  __m128 Vf = _mm_max_ps(_mm_max_ps(R, G), B);
+  const __m128 m = _mm_min_ps(_mm_min_ps(R, G), B);
+  const __m128 d = _mm_sub_ps(Vf, m);
+  V = VecOps<T>::cvt(Vf);  // taken before the fill below
+
+  // Black (V == 0) and grey (d == 0) lanes are flagged; as the samples are
+  // not negative, V == 0 implies d == 0 and the test on d covers both.  K
+  // goes into V and d of flagged lanes, so that no lane takes the reciprocal
+  // of zero; their H is forced to 0 at the end, and their S is 0 already as
+  // it multiplies the d taken before the fill.
+  const __m128 flag = _mm_cmpeq_ps(d, zero);
+  const __m128 fill = _mm_and_ps(flag, K);
+  const __m128 eqR = _mm_cmpeq_ps(R, Vf);
+  const __m128 eqG = _mm_cmpeq_ps(G, Vf);
+  const __m128 eqB = _mm_cmpeq_ps(B, Vf);
+  Vf = _mm_add_ps(Vf, fill);
+  const __m128 dk = _mm_add_ps(d, fill);
+
+  const __m128 rV = VecOps<T>::rcp(Vf);
+  const __m128 rd = VecOps<T>::rcp(dk);
+  const __m128 s = _mm_mul_ps(_mm_mul_ps(rV, d), K);
+  const __m128 Cr = _mm_mul_ps(_mm_sub_ps(Vf, R), rd);
+  const __m128 Cg = _mm_mul_ps(_mm_sub_ps(Vf, G), rd);
+  const __m128 Cb = _mm_mul_ps(_mm_sub_ps(Vf, B), rd);
+
+  // Tie rule of the main loop.
+  const __m128 selG = _mm_andnot_ps(eqR, eqG);
+  const __m128 selB = _mm_andnot_ps(selG, eqB);
+  const __m128 selR = _mm_andnot_ps(selB, eqR);
+  const __m128 hR = _mm_sub_ps(Cb, Cg);
+  const __m128 hG = _mm_add_ps(_mm_sub_ps(Cr, Cb), _mm_set1_ps(2.0f));
+  const __m128 hB = _mm_add_ps(_mm_sub_ps(Cg, Cr), _mm_set1_ps(4.0f));
+  __m128 h = _mm_or_ps(_mm_and_ps(selR, hR), _mm_or_ps(_mm_and_ps(selG, hG), _mm_and_ps(selB, hB)));
+  h = _mm_mul_ps(h, _mm_set1_ps(T::Q));
+  // h < 0: h + K; otherwise h + 0, which leaves h as it is.
+  h = _mm_add_ps(h, _mm_and_ps(_mm_cmplt_ps(h, zero), K));
+
+  H = VecOps<T>::cvt(_mm_andnot_ps(flag, h));
+  S = VecOps<T>::cvt(s);
+}
+
+// hsvToRgbBlock in SSE2: four pixels of H, S, V as floats in, R, G, B as
+// converted 32-bit integers out.
+template <class T>
+inline void hsvToRgbBlockVec(__m128 Hf, __m128 Sf, __m128 Vf, __m128i& R, __m128i& G, __m128i& B) {
+  const __m128 zero = _mm_setzero_ps();
+  const __m128 one = _mm_set1_ps(1.0f);
+  const __m128 two = _mm_add_ps(one, one);
+  const __m128 three = _mm_add_ps(two, one);
+  const __m128 four = _mm_add_ps(three, one);
+  const __m128 five = _mm_add_ps(four, one);
+
+  // H == K acts as 0.
+  __m128 x = _mm_mul_ps(_mm_mul_ps(Hf, vFloatFromBits(kBitsInv60)), vFloatFromBits(T::kBitsD));
+  x = _mm_andnot_ps(_mm_cmpeq_ps(Hf, _mm_set1_ps(T::K)), x);
+  const __m128 fi = _mm_cvtepi32_ps(_mm_cvttps_epi32(x));
+  const __m128 vs = _mm_mul_ps(Vf, _mm_mul_ps(Sf, vFloatFromBits(T::kBitsE)));
+  const __m128 f = _mm_mul_ps(_mm_sub_ps(x, fi), vs);
+  const __m128 p = _mm_sub_ps(Vf, vs);
+  const __m128 q = _mm_sub_ps(Vf, f);
+  const __m128 t = _mm_add_ps(p, f);
+
+  const __m128 i0 = _mm_cmpeq_ps(fi, zero), i1 = _mm_cmpeq_ps(fi, one);
+  const __m128 i2 = _mm_cmpeq_ps(fi, two), i3 = _mm_cmpeq_ps(fi, three);
+  const __m128 i4 = _mm_cmpeq_ps(fi, four), i5 = _mm_cmpeq_ps(fi, five);
+  //            i:  0  1  2  3  4  5
+  //            R:  V  q  p  p  t  V
+  //            G:  t  V  V  q  p  p
+  //            B:  p  p  t  V  V  q
+  // Every sextant takes V, p and one of q (odd i) or t (even i): u below.
+  const __m128 u = select(_mm_or_ps(_mm_or_ps(i1, i3), i5), q, t);
+  const __m128 r = _mm_or_ps(_mm_and_ps(_mm_or_ps(i0, i5), Vf),
+                             _mm_or_ps(_mm_and_ps(_mm_or_ps(i1, i4), u), _mm_and_ps(_mm_or_ps(i2, i3), p)));
+  const __m128 g = _mm_or_ps(_mm_and_ps(_mm_or_ps(i1, i2), Vf),
+                             _mm_or_ps(_mm_and_ps(_mm_or_ps(i0, i3), u), _mm_and_ps(_mm_or_ps(i4, i5), p)));
+  const __m128 b = _mm_or_ps(_mm_and_ps(_mm_or_ps(i3, i4), Vf),
+                             _mm_or_ps(_mm_and_ps(_mm_or_ps(i2, i5), u), _mm_and_ps(_mm_or_ps(i0, i1), p)));
+  // S == 0 takes V in all three: its vs is 0, so p, q and t are V exactly
+  // in every sextant, and the selection above has already given V.
+  R = VecOps<T>::cvt(r);
+  G = VecOps<T>::cvt(g);
+  B = VecOps<T>::cvt(b);
+}
+
+// ---------------------------------------------------------------------------
+// Packs of the main loops, four 32-bit lanes of each of a, b, c.
+// 8u: packssdw then packuswb; bytes a0..a3 b0..b3 c0..c3 in the low 12.
+inline __m128i packSat8u(__m128i a, __m128i b, __m128i c) {
+  return vPackS16U8(vPackS32S16(a, b), vPackS32S16(c, c));
+}
+// Low 16 bits of each 32-bit lane, without saturation.
+inline __m128i packLow16(__m128i lo, __m128i hi) {
+  return _mm_packs_epi32(_mm_srai_epi32(_mm_slli_epi32(lo, 16), 16),
+                         _mm_srai_epi32(_mm_slli_epi32(hi, 16), 16));
+}
+
+inline __m128 u8LanesToFloat(__m128i v, int group) {  // bytes 4g..4g+3 of v
+  const __m128i w = group < 2 ? lo8to16(v) : hi8to16(v);
+  const __m128i z = _mm_setzero_si128();
+  return _mm_cvtepi32_ps((group & 1) ? _mm_unpackhi_epi16(w, z) : _mm_unpacklo_epi16(w, z));
+}
+inline __m128 u16LanesToFloat(__m128i v, int half) {  // words 4h..4h+3 of v
+  const __m128i z = _mm_setzero_si128();
+  return _mm_cvtepi32_ps(half ? _mm_unpackhi_epi16(v, z) : _mm_unpacklo_epi16(v, z));
+}
+template <class E>
+inline __m128 gather4(const E* p, int stride) {  // sample 0 of four pixels
+  return _mm_cvtepi32_ps(_mm_setr_epi32(p[0], p[stride], p[2 * stride], p[3 * stride]));
+}
+
+// The 8u main-loop conversion of 16 pixels (one register of bytes per input
+// channel) to 16 pixels (one register of bytes per output channel).
+using Vec8uFn = void (*)(__m128, __m128, __m128, __m128i&, __m128i&, __m128i&);
+template <Vec8uFn fn>
+inline void block16x8u(const __m128i in[3], __m128i out[3]) {
+  __m128i o[3][4];
+  for (int g = 0; g < 4; ++g)
+    fn(u8LanesToFloat(in[0], g), u8LanesToFloat(in[1], g), u8LanesToFloat(in[2], g), o[0][g],
+       o[1][g], o[2][g]);
+  for (int k = 0; k < 3; ++k)
+    out[k] = vPackS16U8(vPackS32S16(o[k][0], o[k][1]), vPackS32S16(o[k][2], o[k][3]));
+}
+
+// ---------------------------------------------------------------------------
+// 8u kernels.  fn is the vector twin, tail the scalar tail.
+
+// SSSE3 (de)interleave of 16 3-byte pixels by byte shuffles, the same bytes
+// as deinterleave3x16 / interleave3x16.  These functions are compiled for
+// SSSE3 and entered only when the processor has it.
+#define LUM_TARGET_SSSE3 __attribute__((target("ssse3")))
+
+// Gather: m[k][j] takes the bytes of channel k that lie in source register j
+// to their pixel positions.  Scatter: m[j][k] puts the pixels of channel k
+// that belong in output register j in place.
+struct ShuffleMasks3 {
+  alignas(16) uint8_t m[3][3][16];
+};
+constexpr ShuffleMasks3 makeGather3() {
+  ShuffleMasks3 s{};
+  for (int k = 0; k < 3; ++k)
+    for (int j = 0; j < 3; ++j)
+      for (int pos = 0; pos < 16; ++pos) {
+        const int byte = 3 * pos + k;
+        s.m[k][j][pos] = byte / 16 == j ? static_cast<uint8_t>(byte % 16) : 0x80;
+      }
+  return s;
+}
+constexpr ShuffleMasks3 makeScatter3() {
+  ShuffleMasks3 s{};
+  for (int j = 0; j < 3; ++j)
+    for (int k = 0; k < 3; ++k)
+      for (int pos = 0; pos < 16; ++pos) {
+        const int byte = 16 * j + pos;
+        s.m[j][k][pos] = byte % 3 == k ? static_cast<uint8_t>(byte / 3) : 0x80;
+      }
+  return s;
+}
+constexpr ShuffleMasks3 kGather3 = makeGather3();
+constexpr ShuffleMasks3 kScatter3 = makeScatter3();
+
+inline __m128i maskAt(const uint8_t* m) { return _mm_load_si128(reinterpret_cast<const __m128i*>(m)); }
+
+LUM_TARGET_SSSE3 inline void deinterleave3x16Ssse3(const Lum8u* p, __m128i c[3]) {
+  const __m128i v[3] = {loadu(p), loadu(p + 16), loadu(p + 32)};
+  for (int k = 0; k < 3; ++k)
+    c[k] = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(v[0], maskAt(kGather3.m[k][0])),
+                                     _mm_shuffle_epi8(v[1], maskAt(kGather3.m[k][1]))),
+                        _mm_shuffle_epi8(v[2], maskAt(kGather3.m[k][2])));
+}
+LUM_TARGET_SSSE3 inline void interleave3x16Ssse3(const __m128i c[3], Lum8u* p) {
+  for (int j = 0; j < 3; ++j)
+    storeu(p + 16 * j, _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(c[0], maskAt(kScatter3.m[j][0])),
+                                                 _mm_shuffle_epi8(c[1], maskAt(kScatter3.m[j][1]))),
+                                    _mm_shuffle_epi8(c[2], maskAt(kScatter3.m[j][2]))));
+}
+
+// The 8u C3 main loop over [0, end), end a multiple of 16, with the SSSE3
+// (de)interleave.
+template <Vec8uFn fn>
+LUM_TARGET_SSSE3 int block8uC3Ssse3(const Lum8u* s, Lum8u* d, int end) {
+  int x = 0;
+  for (; x < end; x += 16) {
+    __m128i in[3], out[3];
+    deinterleave3x16Ssse3(s + 3 * x, in);
+    block16x8u<fn>(in, out);
+    interleave3x16Ssse3(out, d + 3 * x);
+  }
+  return x;
+}
+
+// C3: 16 pixels a round by SSSE3 shuffles, or else 32 and then 16 a round
+// through the SSE2 riffle network; then four at a time.
+template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*)>
+inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, bool ssse3) {
+  const int block = width & ~(kBlock - 1);
+  int x = 0;
+  if (ssse3) {
+    x = block8uC3Ssse3<fn>(s, d, block & ~15);
+  } else {
+    for (; x + 32 <= block; x += 32) {
+      const Planes8x32 in = deinterleave3x32(s + 3 * x);
+      Planes8x32 out;
+      for (int h = 0; h < 2; ++h) {
+        const __m128i i3[3] = {in.c[0][h], in.c[1][h], in.c[2][h]};
+        __m128i o3[3];
+        block16x8u<fn>(i3, o3);
+        for (int k = 0; k < 3; ++k) out.c[k][h] = o3[k];
+      }
+      interleave3x32(out, d + 3 * x);
+    }
+    for (; x + 16 <= block; x += 16) {
+      __m128i in[3], out[3];
+      deinterleave3x16(s + 3 * x, in);
+      block16x8u<fn>(in, out);
+      interleave3x16(out, d + 3 * x);
+    }
+  }
+  for (; x < block; x += 4) {
+    const Lum8u* p = s + 3 * x;
+    __m128i a, b, c;
+    fn(gather4(p, 3), gather4(p + 1, 3), gather4(p + 2, 3), a, b, c);
+    alignas(16) Lum8u o[16];
+    storeu(o, packSat8u(a, b, c));
+    Lum8u* q = d + 3 * x;
+    for (int j = 0; j < 4; ++j) {
+      q[3 * j] = o[j];
+      q[3 * j + 1] = o[4 + j];
+      q[3 * j + 2] = o[8 + j];
+    }
+  }
+  for (; x < width; ++x) tail(s[3 * x], s[3 * x + 1], s[3 * x + 2], d + 3 * x);
+}
+
+// AC4: one 16-byte load of four pixels a round; each pixel's colour goes out
+// as a 16-bit and an 8-bit store around the alpha byte, which is neither
+// read from the source's meaning nor written.
+template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*)>
+inline void kernel8uAC4(const Lum8u* s, Lum8u* d, int width) {
+  const int block = width & ~(kBlock - 1);
+  const __m128i lowByte = _mm_set1_epi32(0xFF);
+  int x = 0;
+  for (; x < block; x += 4) {
+    const __m128i v = loadu(s + 4 * x);
+    const __m128 R = _mm_cvtepi32_ps(_mm_and_si128(v, lowByte));
+    const __m128 G = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(v, 8), lowByte));
+    const __m128 B = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(v, 16), lowByte));
+    __m128i a, b, c;
+    fn(R, G, B, a, b, c);
+    const __m128i bytes = packSat8u(a, b, c);                              // a0..3 b0..3 c0..3
+    const __m128i ab = _mm_unpacklo_epi8(bytes, _mm_srli_si128(bytes, 4));  // a0 b0 a1 b1 ...
+    const uint32_t cs = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 8)));
+    Lum8u* q = d + 4 * x;
+    const uint16_t w0 = static_cast<uint16_t>(_mm_extract_epi16(ab, 0));
+    const uint16_t w1 = static_cast<uint16_t>(_mm_extract_epi16(ab, 1));
+    const uint16_t w2 = static_cast<uint16_t>(_mm_extract_epi16(ab, 2));
+    const uint16_t w3 = static_cast<uint16_t>(_mm_extract_epi16(ab, 3));
+    memcpy(q, &w0, 2);
+    memcpy(q + 4, &w1, 2);
+    memcpy(q + 8, &w2, 2);
+    memcpy(q + 12, &w3, 2);
+    q[2] = static_cast<Lum8u>(cs);
+    q[6] = static_cast<Lum8u>(cs >> 8);
+    q[10] = static_cast<Lum8u>(cs >> 16);
+    q[14] = static_cast<Lum8u>(cs >> 24);
+  }
+  for (; x < width; ++x) {
+    Lum8u o[3];
+    tail(s[4 * x], s[4 * x + 1], s[4 * x + 2], o);
+    d[4 * x] = o[0];
+    d[4 * x + 1] = o[1];
+    d[4 * x + 2] = o[2];
+  }
+}
+
+// ---------------------------------------------------------------------------
+// 16u kernels.  pack is the main loop's 32 -> 16 bit pack: vPackS32U16 for
+// the forward (clamps), packLow16 for the inverse (low bits).
+using Vec16uFn = Vec8uFn;
+using Pack16Fn = __m128i (*)(__m128i, __m128i);
+
+// C3: 16 pixels a round through the word riffle network (four riffles of six
+// registers put channel k, pixels 8h..8h+7, in v[2k + h]), then 8, then four
+// at a time.
+template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*)>
+inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width) {
+  const int block = width & ~(kBlock - 1);
+  int x = 0;
+  for (; x + 16 <= block; x += 16) {
+    const Lum16u* p = s + 3 * x;
+    __m128i v[6] = {loadu(p), loadu(p + 8), loadu(p + 16), loadu(p + 24), loadu(p + 32), loadu(p + 40)};
+    for (int i = 0; i < 4; ++i) riffle16(v);
+    for (int h = 0; h < 2; ++h) {
+      __m128i o[3][2];
+      for (int q = 0; q < 2; ++q)
+        fn(u16LanesToFloat(v[h], q), u16LanesToFloat(v[2 + h], q), u16LanesToFloat(v[4 + h], q),
+           o[0][q], o[1][q], o[2][q]);
+      for (int k = 0; k < 3; ++k) v[2 * k + h] = pack(o[k][0], o[k][1]);
+    }
+    for (int i = 0; i < 4; ++i) unriffle16(v);
+    Lum16u* o = d + 3 * x;
+    for (int i = 0; i < 6; ++i) storeu(o + 8 * i, v[i]);
+  }
+  for (; x + 8 <= block; x += 8) {
+    __m128i in[3], out[3], o[3][2];
+    deinterleave3x8w(s + 3 * x, in);
+    for (int h = 0; h < 2; ++h)
+      fn(u16LanesToFloat(in[0], h), u16LanesToFloat(in[1], h), u16LanesToFloat(in[2], h), o[0][h],
+         o[1][h], o[2][h]);
+    for (int k = 0; k < 3; ++k) out[k] = pack(o[k][0], o[k][1]);
+    interleave3x8w(out, d + 3 * x);
+  }
+  for (; x < block; x += 4) {
+    const Lum16u* p = s + 3 * x;
+    __m128i a, b, c;
+    fn(gather4(p, 3), gather4(p + 1, 3), gather4(p + 2, 3), a, b, c);
+    alignas(16) Lum16u o[16];
+    storeu(o, pack(a, b));
+    storeu(o + 8, pack(c, c));
+    Lum16u* q = d + 3 * x;
+    for (int j = 0; j < 4; ++j) {
+      q[3 * j] = o[j];
+      q[3 * j + 1] = o[4 + j];
+      q[3 * j + 2] = o[8 + j];
+    }
+  }
+  for (; x < width; ++x) tail(s[3 * x], s[3 * x + 1], s[3 * x + 2], d + 3 * x);
+}
+
+// AC4: two 16-byte loads of four pixels a round; each pixel's colour goes out
+// as a 32-bit and a 16-bit store around the alpha word, which is not written.
+template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*)>
+inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width) {
+  const int block = width & ~(kBlock - 1);
+  int x = 0;
+  for (; x < block; x += 4) {
+    const __m128i v0 = loadu(s + 4 * x);      // R0 G0 B0 A0 R1 G1 B1 A1
+    const __m128i v1 = loadu(s + 4 * x + 8);  // R2 G2 B2 A2 R3 G3 B3 A3
+    const __m128i a = _mm_unpacklo_epi16(v0, v1);  // R0 R2 G0 G2 B0 B2 A0 A2
+    const __m128i b = _mm_unpackhi_epi16(v0, v1);  // R1 R3 G1 G3 B1 B3 A1 A3
+    const __m128i rg = _mm_unpacklo_epi16(a, b);   // R0 R1 R2 R3 G0 G1 G2 G3
+    const __m128i ba = _mm_unpackhi_epi16(a, b);   // B0 B1 B2 B3 A0 A1 A2 A3
+    __m128i c0, c1, c2;
+    fn(u16LanesToFloat(rg, 0), u16LanesToFloat(rg, 1), u16LanesToFloat(ba, 0), c0, c1, c2);
+    const __m128i w01 = pack(c0, c1);                                     // c0 0..3, c1 0..3
+    const __m128i w2 = pack(c2, c2);                                      // c2 0..3
+    const __m128i pairs = _mm_unpacklo_epi16(w01, _mm_srli_si128(w01, 8));  // (c0 c1) per pixel
+    Lum16u* q = d + 4 * x;
+    alignas(16) uint32_t pr[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(pr), pairs);
+    for (int j = 0; j < 4; ++j) memcpy(q + 4 * j, &pr[j], 4);
+    q[2] = static_cast<Lum16u>(_mm_extract_epi16(w2, 0));
+    q[6] = static_cast<Lum16u>(_mm_extract_epi16(w2, 1));
+    q[10] = static_cast<Lum16u>(_mm_extract_epi16(w2, 2));
+    q[14] = static_cast<Lum16u>(_mm_extract_epi16(w2, 3));
+  }
+  for (; x < width; ++x) {
+    Lum16u o[3];
+    tail(s[4 * x], s[4 * x + 1], s[4 * x + 2], o);
+    d[4 * x] = o[0];
+    d[4 * x + 1] = o[1];
+    d[4 * x + 2] = o[2];
+  }
+}
+
+template <class E>
+inline E* elemRow(E* base, int y, int stepElems) {
+  return base + static_cast<ptrdiff_t>(y) * static_cast<ptrdiff_t>(stepElems);
+}
+
+}  // namespace
+
+// ===========================================================================
+// One-row kernels.  The C3R kernels test nchannels first and hand four-sample
+// rows to their AC4R twin, which carries the same arithmetic.
+
+void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
+  kernel8uAC4<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>>(pSrc, pDst, width);
+}
+void innerRGBToHSV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
+  kernel8uC3<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>>(pSrc, pDst, width, ssse3);
+}
+void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
+  if (nchannels == 4) {
+    innerRGBToHSV_8u_AC4R(pSrc, pDst, width);
+    return;
+  }
+  innerRGBToHSV_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
+}
+
+void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
+  kernel8uAC4<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>>(pSrc, pDst, width);
+}
+void innerHSVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
+  kernel8uC3<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>>(pSrc, pDst, width, ssse3);
+}
+void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
+  if (nchannels == 4) {
+    innerHSVToRGB_8u_AC4R(pSrc, pDst, width);
+    return;
+  }
+  innerHSVToRGB_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
+}
+
+void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
+  kernel16uAC4<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>>(pSrc, pDst, width);
+}
+void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
+  if (nchannels == 4) {
+    innerRGBToHSV_16u_AC4R(pSrc, pDst, width);
+    return;
+  }
+  kernel16uC3<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>>(pSrc, pDst, width);
+}
+
+void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
+  kernel16uAC4<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>>(pSrc, pDst, width);
+}
+void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
+  if (nchannels == 4) {
+    innerHSVToRGB_16u_AC4R(pSrc, pDst, width);
+    return;
+  }
+  kernel16uC3<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>>(pSrc, pDst, width);
+}
+
+// ===========================================================================
+// Row drivers (group 1): serial below 4097 pixels, a static parallel loop
+// over rows otherwise.  8u steps are bytes, 16u steps elements.
+
+void myRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
+                       int height, int nchannels) {
+  group1Rows(width, height, [&](int y) {
+    innerRGBToHSV_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, nchannels);
+  });
+}
+void myHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
+                       int height, int nchannels) {
+  group1Rows(width, height, [&](int y) {
+    innerHSVToRGB_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, nchannels);
+  });
+}
+void myRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
+                        int height, int nchannels) {
+  group1Rows(width, height, [&](int y) {
+    innerRGBToHSV_16u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
+  });
+}
+void myHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
+                        int height, int nchannels) {
+  group1Rows(width, height, [&](int y) {
+    innerHSVToRGB_16u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
+  });
+}
+
+// ===========================================================================
+// Public functions: pattern P1 (pointers, then size), then one call.  The
+// 16u members give the driver their steps in elements.
+
+LUM_PUBLIC LumStatus lumiRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                         LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myRGBToHSV_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 3);
+  return LumOk;
+}
+
+LUM_PUBLIC LumStatus lumiHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                         LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myHSVToRGB_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 3);
+  return LumOk;
+}
+
+LUM_PUBLIC LumStatus lumiRGBToHSV_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                          int dstStep, LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myRGBToHSV_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 4);
+  return LumOk;
+}
+
+LUM_PUBLIC LumStatus lumiHSVToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                          int dstStep, LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myHSVToRGB_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 4);
+  return LumOk;
+}
+
+LUM_PUBLIC LumStatus lumiRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                          int dstStep, LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myRGBToHSV_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
+                     roiSize.width, roiSize.height, 3);
+  return LumOk;
+}
+
+LUM_PUBLIC LumStatus lumiHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                          int dstStep, LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myHSVToRGB_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
+                     roiSize.width, roiSize.height, 3);
+  return LumOk;
+}
+
+LUM_PUBLIC LumStatus lumiRGBToHSV_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                           int dstStep, LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myRGBToHSV_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
+                     roiSize.width, roiSize.height, 4);
+  return LumOk;
+}
+
+LUM_PUBLIC LumStatus lumiHSVToRGB_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
+                                           int dstStep, LumSize roiSize) {
+  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
+  if (st != LumOk) return st;
+  myHSVToRGB_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
+                     roiSize.width, roiSize.height, 4);
+  return LumOk;
+}
