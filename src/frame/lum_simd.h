@@ -6,6 +6,7 @@
 #define LUM_SIMD_H
 
 #include <emmintrin.h>
+#include <tmmintrin.h>
 #include <stdint.h>
 #include <string.h>
 
@@ -231,6 +232,58 @@ inline void interleave3x8w(const __m128i c[3], uint16_t* p) {
   storeu(p, v[0]);
   storeu(p + 8, v[1]);
   storeu(p + 16, v[2]);
+}
+
+// SSSE3 (de)interleave of 16 3-byte pixels by byte shuffles: the same bytes
+// as deinterleave3x16 / interleave3x16.  Compiled for SSSE3 and entered only
+// when the processor has it (cpuHasSsse3).
+#define LUM_TARGET_SSSE3 __attribute__((target("ssse3")))
+
+// Gather: m[k][j] takes the bytes of channel k that lie in source register j
+// to their pixel positions.  Scatter: m[j][k] puts the pixels of channel k
+// that belong in output register j in place.  0x80 clears a byte.
+struct ShuffleMasks3 {
+  alignas(16) uint8_t m[3][3][16];
+};
+constexpr ShuffleMasks3 makeGather3() {
+  ShuffleMasks3 s{};
+  for (int k = 0; k < 3; ++k)
+    for (int j = 0; j < 3; ++j)
+      for (int pos = 0; pos < 16; ++pos) {
+        const int byte = 3 * pos + k;
+        s.m[k][j][pos] = byte / 16 == j ? static_cast<uint8_t>(byte % 16) : 0x80;
+      }
+  return s;
+}
+constexpr ShuffleMasks3 makeScatter3() {
+  ShuffleMasks3 s{};
+  for (int j = 0; j < 3; ++j)
+    for (int k = 0; k < 3; ++k)
+      for (int pos = 0; pos < 16; ++pos) {
+        const int byte = 16 * j + pos;
+        s.m[j][k][pos] = byte % 3 == k ? static_cast<uint8_t>(byte / 3) : 0x80;
+      }
+  return s;
+}
+inline constexpr ShuffleMasks3 kGather3 = makeGather3();
+inline constexpr ShuffleMasks3 kScatter3 = makeScatter3();
+
+inline __m128i shuffleMask(const uint8_t* m) {
+  return _mm_load_si128(reinterpret_cast<const __m128i*>(m));
+}
+LUM_TARGET_SSSE3 inline void deinterleave3x16Ssse3(const uint8_t* p, __m128i c[3]) {
+  const __m128i v[3] = {loadu(p), loadu(p + 16), loadu(p + 32)};
+  for (int k = 0; k < 3; ++k)
+    c[k] = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(v[0], shuffleMask(kGather3.m[k][0])),
+                                     _mm_shuffle_epi8(v[1], shuffleMask(kGather3.m[k][1]))),
+                        _mm_shuffle_epi8(v[2], shuffleMask(kGather3.m[k][2])));
+}
+LUM_TARGET_SSSE3 inline void interleave3x16Ssse3(const __m128i c[3], uint8_t* p) {
+  for (int j = 0; j < 3; ++j)
+    storeu(p + 16 * j,
+           _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(c[0], shuffleMask(kScatter3.m[j][0])),
+                                     _mm_shuffle_epi8(c[1], shuffleMask(kScatter3.m[j][1]))),
+                        _mm_shuffle_epi8(c[2], shuffleMask(kScatter3.m[j][2]))));
 }
 
 // Widen bytes to 16-bit lanes.

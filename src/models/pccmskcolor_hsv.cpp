@@ -184,56 +184,6 @@ inline void block16x8u(const __m128i in[3], __m128i out[3]) {
 // ---------------------------------------------------------------------------
 // 8u kernels.  fn is the vector twin, tail the scalar tail.
 
-// SSSE3 (de)interleave of 16 3-byte pixels by byte shuffles, the same bytes
-// as deinterleave3x16 / interleave3x16.  These functions are compiled for
-// SSSE3 and entered only when the processor has it.
-#define LUM_TARGET_SSSE3 __attribute__((target("ssse3")))
-
-// Gather: m[k][j] takes the bytes of channel k that lie in source register j
-// to their pixel positions.  Scatter: m[j][k] puts the pixels of channel k
-// that belong in output register j in place.
-struct ShuffleMasks3 {
-  alignas(16) uint8_t m[3][3][16];
-};
-constexpr ShuffleMasks3 makeGather3() {
-  ShuffleMasks3 s{};
-  for (int k = 0; k < 3; ++k)
-    for (int j = 0; j < 3; ++j)
-      for (int pos = 0; pos < 16; ++pos) {
-        const int byte = 3 * pos + k;
-        s.m[k][j][pos] = byte / 16 == j ? static_cast<uint8_t>(byte % 16) : 0x80;
-      }
-  return s;
-}
-constexpr ShuffleMasks3 makeScatter3() {
-  ShuffleMasks3 s{};
-  for (int j = 0; j < 3; ++j)
-    for (int k = 0; k < 3; ++k)
-      for (int pos = 0; pos < 16; ++pos) {
-        const int byte = 16 * j + pos;
-        s.m[j][k][pos] = byte % 3 == k ? static_cast<uint8_t>(byte / 3) : 0x80;
-      }
-  return s;
-}
-constexpr ShuffleMasks3 kGather3 = makeGather3();
-constexpr ShuffleMasks3 kScatter3 = makeScatter3();
-
-inline __m128i maskAt(const uint8_t* m) { return _mm_load_si128(reinterpret_cast<const __m128i*>(m)); }
-
-LUM_TARGET_SSSE3 inline void deinterleave3x16Ssse3(const Lum8u* p, __m128i c[3]) {
-  const __m128i v[3] = {loadu(p), loadu(p + 16), loadu(p + 32)};
-  for (int k = 0; k < 3; ++k)
-    c[k] = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(v[0], maskAt(kGather3.m[k][0])),
-                                     _mm_shuffle_epi8(v[1], maskAt(kGather3.m[k][1]))),
-                        _mm_shuffle_epi8(v[2], maskAt(kGather3.m[k][2])));
-}
-LUM_TARGET_SSSE3 inline void interleave3x16Ssse3(const __m128i c[3], Lum8u* p) {
-  for (int j = 0; j < 3; ++j)
-    storeu(p + 16 * j, _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(c[0], maskAt(kScatter3.m[j][0])),
-                                                 _mm_shuffle_epi8(c[1], maskAt(kScatter3.m[j][1]))),
-                                    _mm_shuffle_epi8(c[2], maskAt(kScatter3.m[j][2]))));
-}
-
 // The 8u C3 main loop over [0, end), end a multiple of 16, with the SSSE3
 // (de)interleave.
 template <Vec8uFn fn>
