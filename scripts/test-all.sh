@@ -20,5 +20,12 @@ run() {
 }
 run x86-64 -DLUM_M32=OFF -DLUM_SANITIZE=OFF
 run i386 -DLUM_M32=ON -DLUM_SANITIZE=OFF
+echo "=== same bytes on x86-64 and i386 ==="
+build/x86-64/tests/lumdigest > build/digest-x86-64.txt
+build/i386/tests/lumdigest > build/digest-i386.txt
+if ! diff build/digest-x86-64.txt build/digest-i386.txt; then
+  echo "FAILED: x86-64 and i386 give different bytes"; exit 1
+fi
+echo "$(wc -l < build/digest-i386.txt) digests agree"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 run sanitize -DLUM_M32=OFF -DLUM_SANITIZE=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
 echo "all tests passed"
