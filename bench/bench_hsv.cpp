@@ -2,6 +2,9 @@
 // against memcpy of the same bytes.  OpenCV's 8u hue has another scale, so
 // only the amount of work is the same, not the values.
 //
+// The library takes the widest main-loop path that the processor has (AVX2
+// where present), as OpenCV does; the ratios depend on it.
+//
 // Arguments of every case: width, height, threads (the library's team size
 // and OpenCV's thread count).
 #include <benchmark/benchmark.h>

@@ -1,6 +1,7 @@
 // RGB and HSV: worked values, the main loops against the per-lane scalar
 // form of their semantics and the tails against the scalar tails at every
-// width, tie rules, guard bytes, alpha, statuses, steps, threading.
+// width and on every main-loop path (SSE2, SSSE3, AVX2) in every rounding
+// mode, tie rules, guard bytes, alpha, statuses, steps, threading.
 #include <gtest/gtest.h>
 #include <xmmintrin.h>
 
@@ -300,35 +301,90 @@ TEST_P(Hsv, WidthFiveRowPositionsZeroAndFour) {
 INSTANTIATE_TEST_SUITE_P(AllEight, Hsv, ::testing::ValuesIn(kFns),
                          [](const ::testing::TestParamInfo<Fn>& i) { return std::string(i.param.name); });
 
-// The 8u three-sample kernels' two main-loop paths (SSE2 network, SSSE3
-// shuffles) against the scalar forms at every width.
-TEST(HsvPaths, Sse2AndSsse3MainLoopsAgree) {
-  using PathFn = void (*)(const Lum8u*, Lum8u*, int, bool);
+// Every main-loop path of every kernel (SSE2, the SSSE3 (de)interleave, the
+// eight-lane AVX2 loops: each that the processor has) against the scalar
+// forms, in all four rounding modes, at every width from 1 to 100 and a few
+// wider ones, so that each path's rounds and hand-overs (AVX2 to SSSE3 or
+// SSE2 to the four-pixel step to the tail) fall at every place.  Half the
+// pixels come from the special cases.  Unaligned rows; guard bytes before
+// and after the destination row; AC4 alpha as it was.
+struct RoundingScope {
+  unsigned saved = _MM_GET_ROUNDING_MODE();
+  ~RoundingScope() { _MM_SET_ROUNDING_MODE(saved); }
+};
+
+TEST(HsvPaths, EveryPathMatchesTheScalarFormsInEveryRoundingMode) {
+  using Path8 = void (*)(const Lum8u*, Lum8u*, int, HsvPath);
+  using Path16 = void (*)(const Lum16u*, Lum16u*, int, HsvPath);
   const struct {
     const char* fn;
-    PathFn path;
-  } kernels[] = {{"RGBToHSV_8u_C3R", innerRGBToHSV_8u_C3R_path},
-                 {"HSVToRGB_8u_C3R", innerHSVToRGB_8u_C3R_path}};
+    Path8 p8;
+    Path16 p16;
+  } kernels[] = {
+      {"RGBToHSV_8u_C3R", innerRGBToHSV_8u_C3R_path, nullptr},
+      {"HSVToRGB_8u_C3R", innerHSVToRGB_8u_C3R_path, nullptr},
+      {"RGBToHSV_8u_AC4R", innerRGBToHSV_8u_AC4R_path, nullptr},
+      {"HSVToRGB_8u_AC4R", innerHSVToRGB_8u_AC4R_path, nullptr},
+      {"RGBToHSV_16u_C3R", nullptr, innerRGBToHSV_16u_C3R_path},
+      {"HSVToRGB_16u_C3R", nullptr, innerHSVToRGB_16u_C3R_path},
+      {"RGBToHSV_16u_AC4R", nullptr, innerRGBToHSV_16u_AC4R_path},
+      {"HSVToRGB_16u_AC4R", nullptr, innerHSVToRGB_16u_AC4R_path},
+  };
+  std::vector<HsvPath> paths{kHsvPathSse2};
+  if (lum::cpuHasSsse3()) paths.push_back(kHsvPathSsse3);
+  if (lum::cpuHasAvx2()) paths.push_back(kHsvPathAvx2);
+  EXPECT_EQ(hsvBestPath(), paths.back());
+  std::vector<int> widths = lumtest::widthsUpTo(100);
+  for (int w : {127, 131, 259}) widths.push_back(w);
+  const unsigned kModes[] = {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO};
+  constexpr int kGuard = 32;  // bytes
+  RoundingScope scope;
   std::mt19937 rng(71);
   for (const auto& k : kernels) {
     const Fn& f = fnNamed(k.fn);
-    for (int w = 1; w <= 150; ++w) {
-      std::vector<uint8_t> src(3 * w);
-      for (int x = 0; x < w; ++x) {
-        const Pix p = rng() % 2 ? specialPixel(f, rng) : Pix{int(rng() & 255), int(rng() & 255), int(rng() & 255)};
-        for (int c = 0; c < 3; ++c) src[3 * x + c] = static_cast<uint8_t>(p[c]);
-      }
-      for (bool ssse3 : {false, true}) {
-        if (ssse3 && !lum::cpuHasSsse3()) continue;
-        std::vector<uint8_t> dst(3 * w + 1, 0xCD);
-        k.path(src.data(), dst.data(), w, ssse3);
-        for (int x = 0; x < w; ++x) {
-          const Pix want = model(f, x < (w & ~3), src[3 * x], src[3 * x + 1], src[3 * x + 2]);
-          for (int c = 0; c < 3; ++c)
-            ASSERT_EQ(dst[3 * x + c], want[c]) << k.fn << " ssse3=" << ssse3 << " w=" << w << " x=" << x;
+    for (int w : widths) {
+      const int n = w * f.ch;  // samples of the row
+      const int rowBytes = n * f.es;
+      // Source: 2 + (w % 7) * es bytes past an 8-byte boundary.
+      std::vector<uint64_t> srcStore(rowBytes / 8 + 4);
+      uint8_t* src = reinterpret_cast<uint8_t*>(srcStore.data()) + 2 + (w % 7) * f.es;
+      for (int i = 0; i < n; ++i) setS(src, f.es, i, static_cast<int>(rng() % (f.maxVal() + 1)));
+      for (int x = 0; x < w; ++x)
+        if (rng() % 2) {
+          const Pix p = specialPixel(f, rng);
+          for (int c = 0; c < 3; ++c) setS(src, f.es, f.ch * x + c, p[c]);
         }
-        ASSERT_EQ(dst[3 * w], 0xCD) << k.fn << " ssse3=" << ssse3 << " w=" << w;
+      // Destination prefill (guards and alpha included).
+      std::vector<uint8_t> fill(rowBytes + 2 * kGuard);
+      for (auto& b : fill) b = static_cast<uint8_t>(rng());
+      for (unsigned mode : kModes) {
+        _MM_SET_ROUNDING_MODE(mode);
+        std::vector<uint8_t> want = fill;
+        for (int x = 0; x < w; ++x) {
+          const Pix p = model(f, x < (w & ~3), getS(src, f.es, f.ch * x),
+                              getS(src, f.es, f.ch * x + 1), getS(src, f.es, f.ch * x + 2));
+          for (int c = 0; c < 3; ++c) setS(want.data() + kGuard, f.es, f.ch * x + c, p[c]);
+        }
+        for (HsvPath path : paths) {
+          std::vector<uint64_t> dstStore(fill.size() / 8 + 2);
+          uint8_t* dst = reinterpret_cast<uint8_t*>(dstStore.data()) + 2 * (w % 3);
+          memcpy(dst, fill.data(), fill.size());
+          if (f.es == 1) {
+            k.p8(src, dst + kGuard, w, path);
+          } else {
+            k.p16(reinterpret_cast<const Lum16u*>(src), reinterpret_cast<Lum16u*>(dst + kGuard),
+                  w, path);
+          }
+          for (size_t i = 0; i < want.size(); ++i) {
+            const long at = static_cast<long>(i) - kGuard;
+            ASSERT_EQ(dst[i], want[i])
+                << k.fn << " path=" << path << " mode=" << mode << " w=" << w
+                << (at < 0 || at >= rowBytes ? " guard byte " : " byte ") << at
+                << (at >= 0 && at < rowBytes ? " pixel " + std::to_string(at / (f.ch * f.es)) : "");
+          }
+        }
       }
+      _MM_SET_ROUNDING_MODE(scope.saved);
     }
   }
 }

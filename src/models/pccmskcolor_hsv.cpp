@@ -15,7 +15,10 @@
 //
 // Where a loop takes 32, 16 or 8 pixels a round it runs the four-pixel round's
 // arithmetic on each group of four lanes: the formula is per pixel, so only
-// the boundary between main loop and tail matters.
+// the boundary between main loop and tail matters.  The same holds for the
+// AVX2 loops (pccmskcolor_hsv_avx2.cpp), which run the same arithmetic on
+// eight lanes over the first part of the main loop when the processor has
+// AVX2, and hand the rest of it to the loops below.
 #include "models/pccmskcolor_hsv.h"
 
 #include <tmmintrin.h>
@@ -184,12 +187,11 @@ inline void block16x8u(const __m128i in[3], __m128i out[3]) {
 // ---------------------------------------------------------------------------
 // 8u kernels.  fn is the vector twin, tail the scalar tail.
 
-// The 8u C3 main loop over [0, end), end a multiple of 16, with the SSSE3
-// (de)interleave.
+// The 8u C3 main loop from x on, 16 pixels a round while they fit below
+// end, with the SSSE3 (de)interleave; returns the first pixel not done.
 template <Vec8uFn fn>
-LUM_TARGET_SSSE3 int block8uC3Ssse3(const Lum8u* s, Lum8u* d, int end) {
-  int x = 0;
-  for (; x < end; x += 16) {
+LUM_TARGET_SSSE3 int block8uC3Ssse3(const Lum8u* s, Lum8u* d, int x, int end) {
+  for (; x + 16 <= end; x += 16) {
     __m128i in[3], out[3];
     deinterleave3x16Ssse3(s + 3 * x, in);
     block16x8u<fn>(in, out);
@@ -198,14 +200,17 @@ LUM_TARGET_SSSE3 int block8uC3Ssse3(const Lum8u* s, Lum8u* d, int end) {
   return x;
 }
 
-// C3: 16 pixels a round by SSSE3 shuffles, or else 32 and then 16 a round
-// through the SSE2 riffle network; then four at a time.
-template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*)>
-inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, bool ssse3) {
+// C3: 32 pixels a round in AVX2; 16 pixels a round by SSSE3 shuffles, or
+// else 32 and then 16 a round through the SSE2 riffle network; then four at
+// a time.
+using Avx8uFn = int (*)(const Lum8u*, Lum8u*, int);
+template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*), Avx8uFn avx2>
+inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, HsvPath path) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
-  if (ssse3) {
-    x = block8uC3Ssse3<fn>(s, d, block & ~15);
+  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
+  if (path >= kHsvPathSsse3) {
+    x = block8uC3Ssse3<fn>(s, d, x, block);
   } else {
     for (; x + 32 <= block; x += 32) {
       const Planes8x32 in = deinterleave3x32(s + 3 * x);
@@ -244,11 +249,12 @@ inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, bool ssse3) {
 // AC4: one 16-byte load of four pixels a round; each pixel's colour goes out
 // as a 16-bit and an 8-bit store around the alpha byte, which is neither
 // read from the source's meaning nor written.
-template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*)>
-inline void kernel8uAC4(const Lum8u* s, Lum8u* d, int width) {
+template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*), Avx8uFn avx2>
+inline void kernel8uAC4(const Lum8u* s, Lum8u* d, int width, HsvPath path) {
   const int block = width & ~(kBlock - 1);
   const __m128i lowByte = _mm_set1_epi32(0xFF);
   int x = 0;
+  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
   for (; x < block; x += 4) {
     const __m128i v = loadu(s + 4 * x);
     const __m128 R = _mm_cvtepi32_ps(_mm_and_si128(v, lowByte));
@@ -287,14 +293,16 @@ inline void kernel8uAC4(const Lum8u* s, Lum8u* d, int width) {
 // the forward (clamps), packLow16 for the inverse (low bits).
 using Vec16uFn = Vec8uFn;
 using Pack16Fn = __m128i (*)(__m128i, __m128i);
+using Avx16uFn = int (*)(const Lum16u*, Lum16u*, int);
 
-// C3: 16 pixels a round through the word riffle network (four riffles of six
-// registers put channel k, pixels 8h..8h+7, in v[2k + h]), then 8, then four
-// at a time.
-template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*)>
-inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width) {
+// C3: 16 pixels a round in AVX2, or through the word riffle network (four
+// riffles of six registers put channel k, pixels 8h..8h+7, in v[2k + h]),
+// then 8, then four at a time.
+template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*), Avx16uFn avx2>
+inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width, HsvPath path) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
+  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
   for (; x + 16 <= block; x += 16) {
     const Lum16u* p = s + 3 * x;
     __m128i v[6] = {loadu(p), loadu(p + 8), loadu(p + 16), loadu(p + 24), loadu(p + 32), loadu(p + 40)};
@@ -338,10 +346,11 @@ inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width) {
 
 // AC4: two 16-byte loads of four pixels a round; each pixel's colour goes out
 // as a 32-bit and a 16-bit store around the alpha word, which is not written.
-template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*)>
-inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width) {
+template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*), Avx16uFn avx2>
+inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width, HsvPath path) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
+  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
   for (; x < block; x += 4) {
     const __m128i v0 = loadu(s + 4 * x);      // R0 G0 B0 A0 R1 G1 B1 A1
     const __m128i v1 = loadu(s + 4 * x + 8);  // R2 G2 B2 A2 R3 G3 B3 A3
@@ -381,56 +390,90 @@ inline E* elemRow(E* base, int y, int stepElems) {
 
 // ===========================================================================
 // One-row kernels.  The C3R kernels test nchannels first and hand four-sample
-// rows to their AC4R twin, which carries the same arithmetic.
+// rows to their AC4R twin, which carries the same arithmetic.  Each kernel
+// takes the widest path that the processor has; the _path forms take the
+// one they are given.
 
-void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  kernel8uAC4<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>>(pSrc, pDst, width);
+HsvPath hsvBestPath() {
+  if (cpuHasAvx2()) return kHsvPathAvx2;
+  if (cpuHasSsse3()) return kHsvPathSsse3;
+  return kHsvPathSse2;
 }
-void innerRGBToHSV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
-  kernel8uC3<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>>(pSrc, pDst, width, ssse3);
+
+void innerRGBToHSV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
+  kernel8uAC4<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>, blockRGBToHSV_8u_AC4_avx2>(
+      pSrc, pDst, width, path);
+}
+void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
+  innerRGBToHSV_8u_AC4R_path(pSrc, pDst, width, hsvBestPath());
+}
+void innerRGBToHSV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
+  kernel8uC3<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>, blockRGBToHSV_8u_C3_avx2>(
+      pSrc, pDst, width, path);
 }
 void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
   if (nchannels == 4) {
     innerRGBToHSV_8u_AC4R(pSrc, pDst, width);
     return;
   }
-  innerRGBToHSV_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
+  innerRGBToHSV_8u_C3R_path(pSrc, pDst, width, hsvBestPath());
 }
 
-void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  kernel8uAC4<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>>(pSrc, pDst, width);
+void innerHSVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
+  kernel8uAC4<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>, blockHSVToRGB_8u_AC4_avx2>(
+      pSrc, pDst, width, path);
 }
-void innerHSVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
-  kernel8uC3<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>>(pSrc, pDst, width, ssse3);
+void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
+  innerHSVToRGB_8u_AC4R_path(pSrc, pDst, width, hsvBestPath());
+}
+void innerHSVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
+  kernel8uC3<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>, blockHSVToRGB_8u_C3_avx2>(
+      pSrc, pDst, width, path);
 }
 void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
   if (nchannels == 4) {
     innerHSVToRGB_8u_AC4R(pSrc, pDst, width);
     return;
   }
-  innerHSVToRGB_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
+  innerHSVToRGB_8u_C3R_path(pSrc, pDst, width, hsvBestPath());
 }
 
+void innerRGBToHSV_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+  kernel16uAC4<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>,
+               blockRGBToHSV_16u_AC4_avx2>(pSrc, pDst, width, path);
+}
 void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
-  kernel16uAC4<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>>(pSrc, pDst, width);
+  innerRGBToHSV_16u_AC4R_path(pSrc, pDst, width, hsvBestPath());
+}
+void innerRGBToHSV_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+  kernel16uC3<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>,
+              blockRGBToHSV_16u_C3_avx2>(pSrc, pDst, width, path);
 }
 void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
   if (nchannels == 4) {
     innerRGBToHSV_16u_AC4R(pSrc, pDst, width);
     return;
   }
-  kernel16uC3<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>>(pSrc, pDst, width);
+  innerRGBToHSV_16u_C3R_path(pSrc, pDst, width, hsvBestPath());
 }
 
+void innerHSVToRGB_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+  kernel16uAC4<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>,
+               blockHSVToRGB_16u_AC4_avx2>(pSrc, pDst, width, path);
+}
 void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
-  kernel16uAC4<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>>(pSrc, pDst, width);
+  innerHSVToRGB_16u_AC4R_path(pSrc, pDst, width, hsvBestPath());
+}
+void innerHSVToRGB_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+  kernel16uC3<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>,
+              blockHSVToRGB_16u_C3_avx2>(pSrc, pDst, width, path);
 }
 void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
   if (nchannels == 4) {
     innerHSVToRGB_16u_AC4R(pSrc, pDst, width);
     return;
   }
-  kernel16uC3<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>>(pSrc, pDst, width);
+  innerHSVToRGB_16u_C3R_path(pSrc, pDst, width, hsvBestPath());
 }
 
 // ===========================================================================

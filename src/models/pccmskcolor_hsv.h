@@ -6,8 +6,9 @@
 // For each direction there are two scalar forms:
 //   - ...Tail: the scalar tail of the kernels, branch by branch;
 //   - ...Block: the per-lane meaning of the SSE2 main loop (whose vector twin,
-//     ...BlockVec, stands in pccmskcolor_hsv.cpp): masks instead of branches,
-//     its own tie rule, and its own conversions and saturations.
+//     ...BlockVec, stands in pccmskcolor_hsv.cpp, and its eight-lane AVX2
+//     twin, ...BlockVec8, in pccmskcolor_hsv_avx2.cpp): masks instead of
+//     branches, its own tie rule, and its own conversions and saturations.
 // The two are not the same function on purpose; both are required.
 #ifndef LUM_PCCMSKCOLOR_HSV_H
 #define LUM_PCCMSKCOLOR_HSV_H
@@ -245,14 +246,45 @@ void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchanne
 void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels);
 void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
 void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
-// The 8u three-sample kernels with an explicit choice of (de)interleave for
-// the main loop (SSSE3 shuffles or the SSE2 network); both give the same bytes.
-void innerRGBToHSV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
-void innerHSVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
 void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
 void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
 void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
 void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
+
+// Main-loop paths.  Every path gives the same bytes; the kernels above take
+// the widest that the processor has (hsvBestPath).
+//   kHsvPathSse2:  SSE2 throughout (the riffle network for 3-sample pixels);
+//   kHsvPathSsse3: 8u C3 (de)interleaves 16 pixels by SSSE3 byte shuffles;
+//                  the other kernels as kHsvPathSse2;
+//   kHsvPathAvx2:  eight float lanes (pccmskcolor_hsv_avx2.cpp) over as much
+//                  of the main loop as its round allows (8u C3 32 pixels,
+//                  16u C3 16, AC4 8), then the SSSE3 / SSE2 loop.
+enum HsvPath : int { kHsvPathSse2 = 0, kHsvPathSsse3 = 1, kHsvPathAvx2 = 2 };
+HsvPath hsvBestPath();
+
+// The one-row kernels with an explicit path (a path wider than the
+// processor has must not be asked for).
+void innerRGBToHSV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
+void innerHSVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
+void innerRGBToHSV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
+void innerHSVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
+void innerRGBToHSV_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
+void innerHSVToRGB_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
+void innerRGBToHSV_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
+void innerHSVToRGB_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
+
+// AVX2 main loops (pccmskcolor_hsv_avx2.cpp), entered only when the
+// processor has AVX2: pixels [0, n) of a row, n the largest multiple of the
+// round (8u C3 32 pixels, 16u C3 16, AC4 8) not above end; each returns n
+// and leaves the rest of the row to the caller.
+int blockRGBToHSV_8u_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockHSVToRGB_8u_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockRGBToHSV_8u_AC4_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockHSVToRGB_8u_AC4_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockRGBToHSV_16u_C3_avx2(const Lum16u* pSrc, Lum16u* pDst, int end);
+int blockHSVToRGB_16u_C3_avx2(const Lum16u* pSrc, Lum16u* pDst, int end);
+int blockRGBToHSV_16u_AC4_avx2(const Lum16u* pSrc, Lum16u* pDst, int end);
+int blockHSVToRGB_16u_AC4_avx2(const Lum16u* pSrc, Lum16u* pDst, int end);
 
 // Row drivers (group-1 frame): steps in bytes for 8u, in elements for 16u.
 void myRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
