@@ -363,6 +363,37 @@ TEST(Yuv444Paths, Sse2AndSsse3BlockPathsAgree) {
   }
 }
 
+// The AC4 kernels' two stores (16-bit + 8-bit a pixel, or AVX-512 byte
+// masks) give the same bytes, and neither touches alpha nor the bytes after
+// the row.
+TEST(Yuv444Paths, Ac4StoresAgreeAndKeepAlpha) {
+  const bool haveMasked = lum::cpuHasAvx512Masked();
+  std::mt19937 rng(5);
+  for (int w = 1; w <= 100; ++w) {
+    std::vector<uint8_t> src(4 * w);
+    for (auto& b : src) b = static_cast<uint8_t>(rng() >> 24);
+    for (bool masked : {false, true}) {
+      if (masked && !haveMasked) continue;
+      for (int fwd = 0; fwd < 2; ++fwd) {
+        std::vector<uint8_t> dst(4 * w + 16);
+        for (size_t i = 0; i < dst.size(); ++i) dst[i] = static_cast<uint8_t>(i * 37 + 11);
+        const std::vector<uint8_t> before = dst;
+        if (fwd) innerRGBToYUV_8u_AC4R_path(src.data(), dst.data(), w, masked);
+        else innerYUVToRGB_8u_AC4R_path(src.data(), dst.data(), w, masked);
+        const int end = w & ~7;
+        for (int x = 0; x < w; ++x) {
+          const int a = src[4 * x], b = src[4 * x + 1], c = src[4 * x + 2];
+          const Pix want = fwd ? (x < end ? F2(a, b, c) : F3(a, b, c)) : G1(a, b, c);
+          for (int k = 0; k < 3; ++k)
+            ASSERT_EQ(dst[4 * x + k], want[k]) << "fwd=" << fwd << " masked=" << masked << " w=" << w << " x=" << x;
+          ASSERT_EQ(dst[4 * x + 3], before[4 * x + 3]) << "alpha, w=" << w;
+        }
+        for (size_t i = 4 * w; i < dst.size(); ++i) ASSERT_EQ(dst[i], before[i]) << "past the row, w=" << w;
+      }
+    }
+  }
+}
+
 // A step of 0 is accepted: every row lies on the first.
 TEST(Yuv444Steps, ZeroStepWritesTheFirstRowOnly) {
   uint8_t src[3 * 20], dst[3 * 20 + 16];

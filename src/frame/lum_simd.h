@@ -13,7 +13,9 @@
 // The helpers live in an inline namespace named after the instruction set the
 // translation unit is compiled for, so that a unit built for a wider set
 // (the SSSE3 or AVX2 variants) never lends its copies to the others.
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+#define LUM_ISA_NS isa_avx512
+#elif defined(__AVX2__)
 #define LUM_ISA_NS isa_avx2
 #elif defined(__SSSE3__)
 #define LUM_ISA_NS isa_ssse3
@@ -30,6 +32,11 @@ inline bool cpuHasSsse3() { return __builtin_cpu_supports("ssse3"); }
 // Whether the processor has AVX2 (8-lane float and 16-lane integer paths
 // with the same bytes as the 4-lane SSE2 ones).
 inline bool cpuHasAvx2() { return __builtin_cpu_supports("avx2"); }
+// Whether the processor has AVX-512 byte-masked stores on 128-bit registers
+// (AVX512BW with AVX512VL): stores that leave the masked bytes untouched.
+inline bool cpuHasAvx512Masked() {
+  return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl");
+}
 
 // ---------------------------------------------------------------------------
 // Scalar saturations.

@@ -18,36 +18,11 @@ namespace {
 
 using namespace yuv444blocks;
 
-// Masked store of the three colour bytes of 4 pixels (a 16-bit and an 8-bit
-// store a pixel): alpha is neither read nor written.  Ordinary stores keep
-// the destination in cache, unlike a non-temporal byte-masked move.
-inline void storeColourBytes(Lum8u* d, __m128i v) {
-  for (int i = 0; i < 4; ++i, v = _mm_srli_si128(v, 4)) {
-    const uint32_t px = static_cast<uint32_t>(_mm_cvtsi128_si32(v));
-    const uint16_t lo = static_cast<uint16_t>(px);
-    memcpy(d + 4 * i, &lo, 2);
-    d[4 * i + 2] = static_cast<Lum8u>(px >> 16);
-  }
-}
-
-// A row of 4-byte pixels: the block formula on 8 pixels a round over the
-// first `block` pixels (vecFn: three 16-bit channel registers in, three out),
-// the tail formula (one pixel, three bytes out) after; only the three colour
-// bytes of each destination pixel are stored.
-template <class Vec8, class Tail>
-inline void rowAC4(const Lum8u* pSrc, Lum8u* pDst, int width, int block, Vec8 vecFn, Tail tail) {
-  int x = 0;
-  for (; x < block; x += 8) {
-    __m128i c[4], o[3];
-    deinterleave4x8(pSrc + 4 * x, c);
-    vecFn(lo8to16(c[0]), lo8to16(c[1]), lo8to16(c[2]), o);
-    const __m128i outc[4] = {vPackS16U8(o[0], o[0]), vPackS16U8(o[1], o[1]),
-                             vPackS16U8(o[2], o[2]), kZero};
-    __m128i px[2];
-    interleave4x8(outc, px);
-    storeColourBytes(pDst + 4 * x, px[0]);
-    storeColourBytes(pDst + 4 * x + 16, px[1]);
-  }
+// AC4 rows: the block loop (8 pixels a round) in the shared template, then
+// the tail formula one pixel at a time; only the three colour bytes of each
+// destination pixel are stored.
+template <class Tail>
+inline void tailAC4(const Lum8u* pSrc, Lum8u* pDst, int x, int width, Tail tail) {
   for (; x < width; ++x) {
     Lum8u out[3];
     tail(pSrc[4 * x], pSrc[4 * x + 1], pSrc[4 * x + 2], out);
@@ -63,7 +38,10 @@ inline void rowAC4(const Lum8u* pSrc, Lum8u* pDst, int width, int block, Vec8 ve
 // The four pixel-order kernels have two block paths with the same bytes: the
 // SSE2 network, and the SSSE3 byte shuffles where the processor has them
 // (the formulas are the same SSE2 code in both; only the (de)interleave of
-// the 3-byte pixels differs).  The _path forms take the choice explicitly.
+// the 3-byte pixels differs).  The two AC4 kernels store the colour bytes of
+// a pixel with a 16-bit and an 8-bit store, or, where the processor has
+// AVX-512 byte masks, with one masked store for four pixels; alpha is never
+// read nor written either way.  The _path forms take the choice explicitly.
 
 // Block F1 (16), tail F3.
 void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
@@ -79,13 +57,13 @@ void innerRGBToYUV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 // Block F2 (8) storing only the colour bytes, tail F3; the fourth byte of every
 // destination pixel is left as it was.
 void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  rowAC4(pSrc, pDst, width, width & ~(kBlockRGBToYUV_AC4 - 1),
-         [](__m128i R, __m128i G, __m128i B, __m128i* o) {
-           o[0] = f2ChanVec(R, G, B, 9798, 19235, 3736, 0);
-           o[1] = f2ChanVec(R, G, B, -4817, -9470, 14287, 128);
-           o[2] = f2ChanVec(R, G, B, 20152, -16876, -3277, 128);
-         },
-         f3);
+  innerRGBToYUV_8u_AC4R_path(pSrc, pDst, width, cpuHasAvx512Masked());
+}
+void innerRGBToYUV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked) {
+  const int block = width & ~(kBlockRGBToYUV_AC4 - 1);
+  const int x = masked ? blockRGBToYUV_AC4_avx512(pSrc, pDst, block)
+                       : blockAC4<StoreSplit>(pSrc, pDst, block, StepF2{});
+  tailAC4(pSrc, pDst, x, width, f3);
 }
 
 namespace {
@@ -139,8 +117,13 @@ void innerYUVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 // G1 in the 8-pixel loop (colour bytes only) and in the rest, which stores
 // bytes; the fourth byte of every destination pixel is left as it was.
 void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  rowAC4(pSrc, pDst, width, width & ~(kBlockYUVToRGB_AC4 - 1),
-         [](__m128i Y, __m128i U, __m128i V, __m128i* o) { g1Vec(Y, U, V, o[0], o[1], o[2]); }, g1);
+  innerYUVToRGB_8u_AC4R_path(pSrc, pDst, width, cpuHasAvx512Masked());
+}
+void innerYUVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked) {
+  const int block = width & ~(kBlockYUVToRGB_AC4 - 1);
+  const int x = masked ? blockYUVToRGB_AC4_avx512(pSrc, pDst, block)
+                       : blockAC4<StoreSplit>(pSrc, pDst, block, StepG1AC4{});
+  tailAC4(pSrc, pDst, x, width, g1);
 }
 
 namespace {

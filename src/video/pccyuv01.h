@@ -118,6 +118,15 @@ void innerYUVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 void innerYUVToRGB_8u_P3C3R_path(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
                                  int width, bool ssse3);
 
+void innerRGBToYUV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked);
+void innerYUVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked);
+
+// AVX-512 (BW, VL) byte-masked stores for the AC4 block loops
+// (pccyuv01_avx512.cpp): pixels [0, end), end a multiple of 8; each returns
+// end.
+int blockRGBToYUV_AC4_avx512(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockYUVToRGB_AC4_avx512(const Lum8u* pSrc, Lum8u* pDst, int end);
+
 // SSSE3 block loops (pccyuv01_ssse3.cpp): pixels [0, end), end a multiple of
 // 8; each returns end.
 int blockRGBToYUV_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);

@@ -5,6 +5,8 @@
 #ifndef LUM_PCCYUV01_BLOCKS_H
 #define LUM_PCCYUV01_BLOCKS_H
 
+#include <string.h>
+
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
@@ -223,6 +225,50 @@ struct StepG1 {
 struct StepG4 {
   void operator()(const __m128i* in, __m128i* out) const { g4x16(in, out); }
 };
+
+// AC4 block formulas on 8 pixels in 16-bit lanes: F2 forward, G1 inverse.
+struct StepF2 {
+  void operator()(__m128i R, __m128i G, __m128i B, __m128i* o) const {
+    o[0] = f2ChanVec(R, G, B, 9798, 19235, 3736, 0);
+    o[1] = f2ChanVec(R, G, B, -4817, -9470, 14287, 128);
+    o[2] = f2ChanVec(R, G, B, 20152, -16876, -3277, 128);
+  }
+};
+struct StepG1AC4 {
+  void operator()(__m128i Y, __m128i U, __m128i V, __m128i* o) const { g1Vec(Y, U, V, o[0], o[1], o[2]); }
+};
+
+// Stores of the three colour bytes of 4 pixels: a 16-bit and an 8-bit store
+// a pixel.  Alpha is neither read nor written.
+struct StoreSplit {
+  static void store4(Lum8u* d, __m128i v) {
+    for (int i = 0; i < 4; ++i, v = _mm_srli_si128(v, 4)) {
+      const uint32_t px = static_cast<uint32_t>(_mm_cvtsi128_si32(v));
+      const uint16_t lo = static_cast<uint16_t>(px);
+      memcpy(d + 4 * i, &lo, 2);
+      d[4 * i + 2] = static_cast<Lum8u>(px >> 16);
+    }
+  }
+};
+
+// The AC4 block loop over [0, end), 8 pixels a round: vecFn takes three
+// 16-bit channel registers and gives three; Store writes the colour bytes.
+template <class Store, class Vec8>
+inline int blockAC4(const Lum8u* pSrc, Lum8u* pDst, int end, Vec8 vecFn) {
+  int x = 0;
+  for (; x < end; x += 8) {
+    __m128i c[4], o[3];
+    deinterleave4x8(pSrc + 4 * x, c);
+    vecFn(lo8to16(c[0]), lo8to16(c[1]), lo8to16(c[2]), o);
+    const __m128i outc[4] = {vPackS16U8(o[0], o[0]), vPackS16U8(o[1], o[1]),
+                             vPackS16U8(o[2], o[2]), kZero};
+    __m128i px[2];
+    interleave4x8(outc, px);
+    Store::store4(pDst + 4 * x, px[0]);
+    Store::store4(pDst + 4 * x + 16, px[1]);
+  }
+  return x;
+}
 
 }  // namespace yuv444blocks
 }  // namespace
