@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include <xmmintrin.h>
+
 #include "lumcc.h"
 #include "models/pccmskcolor_hls.h"
 #include "test_support.h"
@@ -309,6 +311,187 @@ TEST_P(Hls, OddNegativeStepsShiftArithmetically) {
 
 INSTANTIATE_TEST_SUITE_P(AllSixteen, Hls, ::testing::ValuesIn(allFunctions()),
                          [](const ::testing::TestParamInfo<Fn>& i) { return i.param.name; });
+
+// The 8u C3 kernels have two main-loop networks, SSE2 and (where the
+// processor has it) SSSE3: each against the scalar forms at every width, in
+// rounds of 32, 16 and 8 pixels and the tail, nothing written outside the row.
+TEST(Hls8uNetworks, BothPathsMatchScalarForms) {
+  using PathFn = void (*)(const Lum8u*, Lum8u*, int, bool);
+  const struct {
+    const char* name;
+    PathFn kernel;
+  } kernels[] = {{"RGBToHLS_8u_C3R", innerRGBToHLS_8u_C3R_path},
+                 {"HLSToRGB_8u_C3R", innerHLSToRGB_8u_C3R_path}};
+  std::vector<int> widths = lumtest::widthsUpTo(70);
+  for (int w : {95, 96, 103, 104, 111, 112, 119, 120, 127, 128, 129, 1001}) widths.push_back(w);
+  std::mt19937 rng(123);
+  for (const auto& k : kernels)
+    for (bool ssse3 : {false, true}) {
+      if (ssse3 && !cpuHasSsse3()) continue;
+      const Fn& f = fn(k.name);
+      for (int w : widths) {
+        const int h = 2;
+        auto src = image(f, w, h, w % 7, 3);
+        auto dst = image(f, w, h, (w * 5) % 16, 1);
+        fill(*src, f, w, rng);
+        dst->fillRandom(rng);
+        const std::vector<uint8_t> before = dst->regionBytes();
+        for (int y = 0; y < h; ++y) k.kernel(src->row(y), dst->row(y), w, ssse3);
+        expectScalarForms(f, *src, *dst, before, w, h);
+        ASSERT_FALSE(HasFatalFailure()) << k.name << (ssse3 ? " SSSE3" : " SSE2") << " w=" << w;
+        ASSERT_TRUE(dst->guardsIntact()) << k.name << (ssse3 ? " SSSE3" : " SSE2") << " w=" << w;
+      }
+    }
+}
+
+// ---------------------------------------------------------------------------
+// 32f: the vector forms give the bits of their scalar forms on any float.
+// Samples drawn from the awkward ones: zeros of both signs, denormals,
+// infinities, NaNs of several payloads, values outside 0..1, greys, near
+// greys on both sides of the 1.1920929e-7 threshold, ties between channels,
+// and a red arm that underflows to -0.
+struct AwkwardFloats {
+  std::mt19937& rng;
+  float pick() {
+    static const uint32_t bits[] = {
+        0x00000000u, 0x80000000u, 0x3F800000u, 0xBF800000u, 0x3F000000u, 0x40000000u,
+        0x00000001u, 0x80000008u, 0x00700000u, 0x34000000u, 0x7F7FFFFFu, 0xFF7FFFFFu,
+        0x7F800000u, 0xFF800000u, 0x7FC00000u, 0xFFC00001u, 0x7FA00000u, 0x7FC12345u,
+        0x43B40000u, 0x42F00000u, 0x43700000u, 0x42700000u, 0x43340000u, 0x3DCCCCCDu};
+    const uint32_t r = rng();
+    if (r % 3 == 0) return floatFromBits(bits[(r / 3) % (sizeof bits / sizeof bits[0])]);
+    if (r % 3 == 1) return -0.5f + 2.0f * static_cast<float>(rng() >> 8) / 16777216.0f;
+    return static_cast<float>(rng() >> 8) / 16777216.0f;
+  }
+  // b moved by k units in the last place.
+  static float ulps(float b, int k) {
+    for (int i = 0; i < k; ++i) b = std::nextafter(b, 4.0f);
+    return b;
+  }
+  void pixel(float p[3]) {
+    for (int c = 0; c < 3; ++c) p[c] = pick();
+    const int a = rng() % 3, b = (a + 1 + rng() % 2) % 3;
+    switch (rng() % 8) {
+      case 0: p[1] = p[2] = p[0]; break;       // grey
+      case 1: p[b] = p[a]; break;              // a tie
+      case 2: {                                // near grey: 0..6 ulps apart
+        const float base = 0.25f + 0.75f * static_cast<float>(rng() >> 8) / 16777216.0f;
+        for (int c = 0; c < 3; ++c) p[c] = base;
+        p[a] = ulps(base, rng() % 7);
+        break;
+      }
+      case 3: {                                // red arm underflowing to -0
+        p[0] = 1e5f;
+        p[1] = (rng() & 1) ? 0.0f : -0.0f;
+        p[2] = floatFromBits(1 + rng() % 8);
+        break;
+      }
+      case 4:                                  // zeros of both signs
+        p[a] = (rng() & 1) ? 0.0f : -0.0f;
+        p[b] = -p[a];
+        break;
+      default: break;
+    }
+  }
+};
+
+uint32_t bitsOf(float f) {
+  uint32_t b;
+  memcpy(&b, &f, 4);
+  return b;
+}
+
+// The SSE rounding mode for the life of the object.
+class RoundingMode {
+ public:
+  explicit RoundingMode(unsigned mode) : saved_(_MM_GET_ROUNDING_MODE()) {
+    _MM_SET_ROUNDING_MODE(mode);
+  }
+  ~RoundingMode() { _MM_SET_ROUNDING_MODE(saved_); }
+
+ private:
+  unsigned saved_;
+};
+
+// Forward: rows of every width from 1 to 70, pixel stride 3 or 4, SSE2 or
+// (stride 3) AVX2 main loop: vector blocks and scalar pixels all give the
+// bits of rgbToHls32f, NaN payloads included; the fourth sample of an AC4
+// pixel is not written.
+void expectForward32fMatchesScalar(int nch, bool avx2, std::mt19937& rng) {
+  AwkwardFloats gen{rng};
+  for (int w = 1; w <= 70; ++w) {
+    std::vector<float> src(w * nch), dst(w * nch), before;
+    for (int x = 0; x < w; ++x) {
+      gen.pixel(&src[x * nch]);
+      if (nch == 4) src[x * 4 + 3] = gen.pick();
+    }
+    for (float& v : dst) v = static_cast<float>(rng() % 1000);
+    before = dst;
+    innerRGBToHLS_32f_C3R_path(src.data(), dst.data(), w, nch, avx2);
+    for (int x = 0; x < w; ++x) {
+      float want[3];
+      const float* s = &src[x * nch];
+      rgbToHls32f(s[0], s[1], s[2], want);
+      ASSERT_EQ(0, memcmp(&dst[x * nch], want, sizeof want))
+          << "nch=" << nch << (avx2 ? " AVX2" : " SSE2") << " w=" << w << " x=" << x << " in "
+          << s[0] << " " << s[1] << " " << s[2] << " got " << dst[x * nch] << " "
+          << dst[x * nch + 1] << " " << dst[x * nch + 2] << " want " << want[0] << " "
+          << want[1] << " " << want[2];
+      if (nch == 4) {
+        ASSERT_EQ(0, memcmp(&dst[x * 4 + 3], &before[x * 4 + 3], 4)) << "alpha, x=" << x;
+      }
+    }
+  }
+}
+
+// Inverse: rows of every width from 1 to 70 (C3 with an SSE2 or AVX2 main
+// loop, or AC4): the main loop agrees with the block form, the tail with the
+// tail form.  Where two NaNs meet in a sum or a product, C++ leaves open
+// which one the scalar form passes on: there any NaN stands for a NaN.
+void expectInverse32fMatchesScalar(int nch, bool avx2, std::mt19937& rng) {
+  AwkwardFloats gen{rng};
+  for (int w = 1; w <= 70; ++w) {
+    std::vector<float> in(w * nch), out(w * nch);
+    for (int x = 0; x < w; ++x) gen.pixel(&in[x * nch]);
+    if (nch == 3)
+      innerHLSToRGB_32f_C3R_path(in.data(), out.data(), w, avx2);
+    else
+      innerHLSToRGB_32f_C3R(in.data(), out.data(), w, nch);
+    for (int x = 0; x < w; ++x) {
+      float want[3];
+      const float* s = &in[x * nch];
+      (x < (w & ~3) ? hlsToRgb32fBlock : hlsToRgb32fTail)(s[0], s[1], s[2], want);
+      for (int c = 0; c < 3; ++c) {
+        const float got = out[x * nch + c];
+        ASSERT_TRUE(std::isnan(want[c]) ? std::isnan(got) : bitsOf(got) == bitsOf(want[c]))
+            << "nch=" << nch << (avx2 ? " AVX2" : " SSE2") << " w=" << w << " x=" << x
+            << " c=" << c << " in " << s[0] << " " << s[1] << " " << s[2] << " got " << got
+            << " want " << want[c];
+      }
+    }
+  }
+}
+
+// In every rounding mode.
+TEST(HlsFloat, VectorFormsMatchScalarFormsOnAwkwardValues) {
+  std::mt19937 rng(71);
+  for (unsigned mode :
+       {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO}) {
+    RoundingMode scope(mode);
+    for (bool avx2 : {false, true}) {
+      if (avx2 && !cpuHasAvx2()) continue;
+      for (int nch : {3, 4}) {
+        if (avx2 && nch == 4) continue;  // the AC4 stride has no AVX2 loop
+        for (int rep = 0; rep < 4; ++rep) {
+          expectForward32fMatchesScalar(nch, avx2, rng);
+          ASSERT_FALSE(HasFatalFailure()) << "rounding mode " << mode;
+          expectInverse32fMatchesScalar(nch, avx2, rng);
+          ASSERT_FALSE(HasFatalFailure()) << "rounding mode " << mode;
+        }
+      }
+    }
+  }
+}
 
 // ---------------------------------------------------------------------------
 // Stated values.

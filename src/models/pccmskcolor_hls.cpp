@@ -9,55 +9,77 @@
 // the round size differ.  The 8u and 16u twins keep the destination's alpha by
 // reading the destination and writing back whole words with the old alpha
 // masked in (the words lie within the pixels of the row); the 16s twin writes
-// 32-bit and 16-bit pieces around the alpha; the 32f twin writes samples one
-// by one.
+// 32-bit and 16-bit pieces around the alpha; the 32f twin writes the first
+// two samples of a pixel as one 64-bit piece and the third by itself.
+//
+// The 32f forward kernel has a single formula for the whole row, run four
+// pixels at a time by its vector twin and pixel by pixel for the rest.
+//
+// The 8u C3 main loops (pccmskcolor_hls_blocks.h) separate the channels with
+// the SSE2 riffle network, or with SSSE3 byte shuffles
+// (pccmskcolor_hls_ssse3.cpp) where the processor has them.
 #include "models/pccmskcolor_hls.h"
 
 #include "frame/lum_frame.h"
 #include "frame/lum_simd.h"
+#include "models/pccmskcolor_hls_blocks.h"
 
 using namespace lum;
 using namespace lum::hls;
+using namespace hlsblocks;
 
 namespace {
 
-// Two batches of four 32-bit lanes -> signed 16, then unsigned 8 saturation,
-// 8 bytes in the low half.
-inline __m128i packTo8(__m128i a, __m128i b) {
-  return _mm_packus_epi16(_mm_packs_epi32(a, b), _mm_setzero_si128());
-}
-// Bytes 4-7 of a register -> 32-bit lanes.
-inline __m128i bytes4to32Hi(__m128i v) { return bytes4to32(_mm_srli_si128(v, 4)); }
-
-// One round of the 8u C3 main loops: 8 pixels as bytes (channel k in the
-// low 8 bytes of c[k]) in two batches of 4 lanes -> 8 bytes per channel.
-inline void rgbToHls8x8(const __m128i c[3], __m128i out[3]) {
-  const FwdVec a = rgbToHls8uBlockVec(bytes4to32(c[0]), bytes4to32(c[1]), bytes4to32(c[2]));
-  const FwdVec b = rgbToHls8uBlockVec(bytes4to32Hi(c[0]), bytes4to32Hi(c[1]), bytes4to32Hi(c[2]));
-  out[0] = packTo8(a.H, b.H);
-  out[1] = packTo8(a.L, b.L);
-  out[2] = packTo8(a.S, b.S);
-}
-inline void hlsToRgb8x8(const __m128i c[3], __m128i out[3]) {
-  __m128i a[3], b[3];
-  hlsToRgb8uBlockVec(bytes4to32(c[0]), bytes4to32(c[1]), bytes4to32(c[2]), a);
-  hlsToRgb8uBlockVec(bytes4to32Hi(c[0]), bytes4to32Hi(c[1]), bytes4to32Hi(c[2]), b);
-  for (int k = 0; k < 3; ++k) out[k] = packTo8(a[k], b[k]);
-}
-// Two rounds on 16 pixels (channel k in all 16 bytes of c[k]).
-template <void (*Round)(const __m128i*, __m128i*)>
-inline void twoRounds(const __m128i c[3], __m128i out[3]) {
-  __m128i lo[3], hi[3], ol[3], oh[3];
-  for (int k = 0; k < 3; ++k) {
-    lo[k] = c[k];
-    hi[k] = _mm_srli_si128(c[k], 8);
+// The SSE2 network of the 8u C3 main loops: the riffle network separates
+// the channels of 32 pixels (or 8) into bytes, which unpack to 32-bit lanes
+// four pixels at a time; the results pack back (packssdw, packuswb) and
+// the network interleaves them.
+struct NetSse2 {
+  static constexpr int kRound = 32;
+  // Channel bytes of 16 pixels (c[k]) through four batches -> out[k].
+  template <class Step>
+  static void steps16(const __m128i c[3], __m128i out[3], Step step) {
+    const __m128i z = _mm_setzero_si128();
+    __m128i in[4][3], o[4][3];
+    for (int k = 0; k < 3; ++k) {
+      const __m128i lo = lo8to16(c[k]), hi = hi8to16(c[k]);
+      in[0][k] = _mm_unpacklo_epi16(lo, z);
+      in[1][k] = _mm_unpackhi_epi16(lo, z);
+      in[2][k] = _mm_unpacklo_epi16(hi, z);
+      in[3][k] = _mm_unpackhi_epi16(hi, z);
+    }
+    for (int j = 0; j < 4; ++j) step(in[j], o[j]);
+    for (int k = 0; k < 3; ++k)
+      out[k] = _mm_packus_epi16(_mm_packs_epi32(o[0][k], o[1][k]),
+                                _mm_packs_epi32(o[2][k], o[3][k]));
   }
-  Round(lo, ol);
-  Round(hi, oh);
-  for (int k = 0; k < 3; ++k) out[k] = _mm_unpacklo_epi64(ol[k], oh[k]);
-}
-inline void rgbToHls8x16(const __m128i c[3], __m128i out[3]) { twoRounds<rgbToHls8x8>(c, out); }
-inline void hlsToRgb8x16(const __m128i c[3], __m128i out[3]) { twoRounds<hlsToRgb8x8>(c, out); }
+  template <class Step>
+  static void round(const Lum8u* s, Lum8u* d, Step step) {
+    const Planes8x32 p = deinterleave3x32(s);
+    Planes8x32 q;
+    for (int h = 0; h < 2; ++h) {
+      const __m128i c[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
+      __m128i out[3];
+      steps16(c, out, step);
+      for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
+    }
+    interleave3x32(q, d);
+  }
+  template <class Step>
+  static void round8(const Lum8u* s, Lum8u* d, Step step) {
+    const __m128i z = _mm_setzero_si128();
+    __m128i c[3], in[2][3], o[2][3], out[3];
+    deinterleave3x8(s, c);
+    for (int k = 0; k < 3; ++k) {
+      const __m128i lo = lo8to16(c[k]);
+      in[0][k] = _mm_unpacklo_epi16(lo, z);
+      in[1][k] = _mm_unpackhi_epi16(lo, z);
+    }
+    for (int j = 0; j < 2; ++j) step(in[j], o[j]);
+    for (int k = 0; k < 3; ++k) out[k] = _mm_packus_epi16(_mm_packs_epi32(o[0][k], o[1][k]), z);
+    interleave3x8(out, d);
+  }
+};
 
 // Read-modify-write of 16 bytes: the bytes under `keep` stay as they were.
 inline void mergeStore(void* p, __m128i v, __m128i keep) {
@@ -71,29 +93,31 @@ inline __m128i alphaMask16() {
 }
 
 // Four pixels of 3 words: channel k in 32-bit lanes of c[k] (unsigned).
-inline void load3x4w(const Lum16u* p, __m128i c[3]) {
-  __m128i w[3];
-  deinterleave3x4w(loadu(p), loadl64(p + 8), w);
-  for (int k = 0; k < 3; ++k) c[k] = words4to32(w[k]);
+inline void load3x4w(const Lum16u* p, __m128i c[3]) { widen3x4w(loadu(p), loadl64(p + 8), c); }
+// Results of four pixels in 32-bit lanes (channel k in c[k]) -> pixel order
+// -> narrowed in pairs of registers by Narrow (32 -> 16 bits) -> 12 words
+// written.
+template <class Narrow>
+inline void store3x4w(Lum16u* p, __m128i c0, __m128i c1, __m128i c2, Narrow narrow) {
+  __m128i px[3];
+  interleave3x4d(c0, c1, c2, px);
+  storeu(p, narrow(px[0], px[1]));
+  storel64(p + 8, narrow(px[2], px[2]));
 }
-// Channels as 16-bit words (low 4 of each) -> 12 words written.
-inline void store3x4w(Lum16u* p, const __m128i c[3]) {
-  __m128i lo, hi;
-  interleave3x4w(c, lo, hi);
-  storeu(p, lo);
-  storel64(p + 8, hi);
+// Four pixels of 4 words given as two registers of two pixels -> channel k
+// in 32-bit lanes of c[k] (unsigned): samples 0, 1 of each pixel are one
+// 32-bit lane, samples 2, 3 the next; two shuffles gather them, shifts and
+// masks split them.
+inline void split4x4w(__m128i v0, __m128i v1, __m128i c[3]) {
+  const __m128 a = _mm_castsi128_ps(v0), b = _mm_castsi128_ps(v1);
+  const __m128i s01 = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
+  const __m128i s23 = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
+  const __m128i low = _mm_set1_epi32(0xFFFF);
+  c[0] = _mm_and_si128(s01, low);
+  c[1] = _mm_srli_epi32(s01, 16);
+  c[2] = _mm_and_si128(s23, low);
 }
-// Four pixels of 4 words: channel k in 32-bit lanes of c[k] (unsigned).
-inline void load4x4w(const Lum16u* p, __m128i c[3]) {
-  const __m128i v0 = loadu(p), v1 = loadu(p + 8);
-  const __m128i t0 = _mm_unpacklo_epi16(v0, v1);  // px 0 2 interleaved
-  const __m128i t1 = _mm_unpackhi_epi16(v0, v1);  // px 1 3
-  const __m128i u0 = _mm_unpacklo_epi16(t0, t1);  // ch 0 | ch 1
-  const __m128i u1 = _mm_unpackhi_epi16(t0, t1);  // ch 2 | ch 3
-  c[0] = words4to32(u0);
-  c[1] = _mm_unpackhi_epi16(u0, _mm_setzero_si128());
-  c[2] = words4to32(u1);
-}
+inline void load4x4w(const Lum16u* p, __m128i c[3]) { split4x4w(loadu(p), loadu(p + 8), c); }
 // Three channels as words (c01 = ch 0 in words 0-3, ch 1 in words 4-7; c2 in
 // words 0-3) -> two registers of two 4-word pixels, word 3 of each zero.
 inline void interleave3to4x4w(__m128i c01, __m128i c2, __m128i px[2]) {
@@ -108,20 +132,11 @@ inline __m128i flipTop16(__m128i v) {
 }
 inline void load3x4wBiased(const Lum16s* p, __m128i c[3]) {
   const Lum16u* q = reinterpret_cast<const Lum16u*>(p);
-  __m128i w[3];
-  deinterleave3x4w(flipTop16(loadu(q)), flipTop16(loadl64(q + 8)), w);
-  for (int k = 0; k < 3; ++k) c[k] = words4to32(w[k]);
+  widen3x4w(flipTop16(loadu(q)), flipTop16(loadl64(q + 8)), c);
 }
 inline void load4x4wBiased(const Lum16s* p, __m128i c[3]) {
   const Lum16u* q = reinterpret_cast<const Lum16u*>(p);
-  const __m128i v0 = flipTop16(loadu(q)), v1 = flipTop16(loadu(q + 8));
-  const __m128i t0 = _mm_unpacklo_epi16(v0, v1);
-  const __m128i t1 = _mm_unpackhi_epi16(v0, v1);
-  const __m128i u0 = _mm_unpacklo_epi16(t0, t1);
-  const __m128i u1 = _mm_unpackhi_epi16(t0, t1);
-  c[0] = words4to32(u0);
-  c[1] = _mm_unpackhi_epi16(u0, _mm_setzero_si128());
-  c[2] = words4to32(u1);
+  split4x4w(flipTop16(loadu(q)), flipTop16(loadu(q + 8)), c);
 }
 // 16s pixels of 4 words written as a 32-bit piece (samples 0, 1) and a
 // 16-bit piece (sample 2): the alpha word is neither read nor written.
@@ -134,34 +149,44 @@ inline void store16sPieces(Lum16s* d, __m128i px) {
   memcpy(d + 6, &s6, 2);
 }
 
-// Four pixels of 3 floats (12 floats, read exactly) -> three registers, and
-// back.
+// Four pixels of 3 floats (12 floats, read and written exactly) <-> three
+// registers of one channel each.
 inline void load3x4f(const Lum32f* p, __m128& R, __m128& G, __m128& B) {
-  const __m128 v0 = _mm_loadu_ps(p), v1 = _mm_loadu_ps(p + 4), v2 = _mm_loadu_ps(p + 8);
-  // v0 = R0 G0 B0 R1, v1 = G1 B1 R2 G2, v2 = B2 R3 G3 B3
-  const __m128 rA = _mm_shuffle_ps(v0, v0, _MM_SHUFFLE(3, 0, 3, 0));  // R0 R1
-  const __m128 rB = _mm_shuffle_ps(v1, v2, _MM_SHUFFLE(1, 1, 2, 2));  // R2 R2 R3 R3
-  R = _mm_shuffle_ps(rA, rB, _MM_SHUFFLE(2, 0, 1, 0));
-  const __m128 gA = _mm_shuffle_ps(v0, v1, _MM_SHUFFLE(0, 0, 1, 1));  // G0 G0 G1 G1
-  const __m128 gB = _mm_shuffle_ps(v1, v2, _MM_SHUFFLE(2, 2, 3, 3));  // G2 G2 G3 G3
-  G = _mm_shuffle_ps(gA, gB, _MM_SHUFFLE(2, 0, 2, 0));
-  const __m128 bA = _mm_shuffle_ps(v0, v1, _MM_SHUFFLE(1, 1, 2, 2));  // B0 B0 B1 B1
-  const __m128 bB = _mm_shuffle_ps(v2, v2, _MM_SHUFFLE(3, 0, 3, 0));  // B2 B3
-  B = _mm_shuffle_ps(bA, bB, _MM_SHUFFLE(1, 0, 2, 0));
+  __m128 c[3];
+  deinterleave3x4ps(_mm_loadu_ps(p), _mm_loadu_ps(p + 4), _mm_loadu_ps(p + 8), c);
+  R = c[0];
+  G = c[1];
+  B = c[2];
 }
 inline void store3x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
-  const __m128 v0 = _mm_shuffle_ps(_mm_shuffle_ps(R, G, _MM_SHUFFLE(0, 0, 0, 0)),
-                                   _mm_shuffle_ps(B, R, _MM_SHUFFLE(1, 1, 0, 0)),
-                                   _MM_SHUFFLE(2, 0, 2, 0));
-  const __m128 v1 = _mm_shuffle_ps(_mm_shuffle_ps(G, B, _MM_SHUFFLE(1, 1, 1, 1)),
-                                   _mm_shuffle_ps(R, G, _MM_SHUFFLE(2, 2, 2, 2)),
-                                   _MM_SHUFFLE(2, 0, 2, 0));
-  const __m128 v2 = _mm_shuffle_ps(_mm_shuffle_ps(B, R, _MM_SHUFFLE(3, 3, 2, 2)),
-                                   _mm_shuffle_ps(G, B, _MM_SHUFFLE(3, 3, 3, 3)),
-                                   _MM_SHUFFLE(2, 0, 2, 0));
-  _mm_storeu_ps(p, v0);
-  _mm_storeu_ps(p + 4, v1);
-  _mm_storeu_ps(p + 8, v2);
+  __m128 v[3];
+  interleave3x4ps(R, G, B, v);
+  _mm_storeu_ps(p, v[0]);
+  _mm_storeu_ps(p + 4, v[1]);
+  _mm_storeu_ps(p + 8, v[2]);
+}
+// Four pixels of 4 floats: the first three samples of each as three
+// registers, and back with the fourth sample of each pixel not written (two
+// samples and one sample a pixel).
+inline void load3of4x4f(const Lum32f* p, __m128& R, __m128& G, __m128& B) {
+  __m128 v0 = _mm_loadu_ps(p), v1 = _mm_loadu_ps(p + 4), v2 = _mm_loadu_ps(p + 8),
+         v3 = _mm_loadu_ps(p + 12);
+  _MM_TRANSPOSE4_PS(v0, v1, v2, v3);
+  R = v0;
+  G = v1;
+  B = v2;
+}
+inline void store3of4x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
+  const __m128 rg01 = _mm_unpacklo_ps(R, G), rg23 = _mm_unpackhi_ps(R, G);
+  const __m128 b1 = _mm_shuffle_ps(B, B, _MM_SHUFFLE(1, 1, 1, 1));
+  _mm_storel_pi(reinterpret_cast<__m64*>(p), rg01);
+  _mm_store_ss(p + 2, B);
+  _mm_storeh_pi(reinterpret_cast<__m64*>(p + 4), rg01);
+  _mm_store_ss(p + 6, b1);
+  _mm_storel_pi(reinterpret_cast<__m64*>(p + 8), rg23);
+  _mm_store_ss(p + 10, _mm_movehl_ps(B, B));
+  _mm_storeh_pi(reinterpret_cast<__m64*>(p + 12), rg23);
+  _mm_store_ss(p + 14, _mm_shuffle_ps(B, B, _MM_SHUFFLE(3, 3, 3, 3)));
 }
 
 // Row start in elements.
@@ -175,35 +200,20 @@ inline T* elemRow(T* base, int y, int stepElems) {
 // ===========================================================================
 // 8u kernels.
 
-// Forward, C3: 8 pixels a round in two batches of 4 lanes, the reciprocal as
-// it stands; the tail refines it.
+// Forward, C3: 8 pixels a round in two batches of 4 lanes (rounds of 32 or
+// 16 pixels where the row has them), the reciprocal as it stands; the tail
+// refines it.
 void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
   if (nchannels == 4) {
     inner_RGBToHLS_8u_AC4R(pSrc, pDst, width);
     return;
   }
+  innerRGBToHLS_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
+}
+void innerRGBToHLS_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
   const int block = width & ~(kBlock8uC3 - 1);
-  int x = 0;
-  // Four rounds at once where the main loop has them (one deinterleave
-  // network for 32 pixels); the formula is per pixel, so only the end of the
-  // main loop matters.
-  for (; x + 32 <= block; x += 32) {
-    const Planes8x32 p = deinterleave3x32(pSrc + 3 * x);
-    Planes8x32 q;
-    for (int h = 0; h < 2; ++h) {
-      const __m128i c[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
-      __m128i out[3];
-      rgbToHls8x16(c, out);
-      for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
-    }
-    interleave3x32(q, pDst + 3 * x);
-  }
-  for (; x < block; x += kBlock8uC3) {
-    __m128i c[3], out[3];
-    deinterleave3x8(pSrc + 3 * x, c);
-    rgbToHls8x8(c, out);
-    interleave3x8(out, pDst + 3 * x);
-  }
+  int x = ssse3 ? blockRGBToHLS_8u_C3_ssse3(pSrc, pDst, block)
+                : block8uC3<NetSse2>(pSrc, pDst, block, FwdStep{});
   for (; x < width; ++x) {
     const Lum8u* s = pSrc + 3 * x;
     rgbToHls8uTail(s[0], s[1], s[2], pDst + 3 * x);
@@ -218,6 +228,7 @@ void inner_RGBToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[4];
+    prefetchAhead(pSrc + 4 * x);
     load4x4b(pSrc + 4 * x, c);
     const FwdVec o = rgbToHls8uBlockVec(c[0], c[1], c[2]);
     mergeStore(pDst + 4 * x, pack3to4x4b(o.H, o.L, o.S), keep);
@@ -228,31 +239,19 @@ void inner_RGBToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
   }
 }
 
-// Inverse, C3: 8 pixels a round in two batches of 4 lanes.
+// Inverse, C3: 8 pixels a round in two batches of 4 lanes (rounds of 32 or
+// 16 pixels where the row has them).
 void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
   if (nchannels == 4) {
     inner_HLSToRGB_8u_AC4R(pSrc, pDst, width);
     return;
   }
+  innerHLSToRGB_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
+}
+void innerHLSToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
   const int block = width & ~(kBlock8uC3 - 1);
-  int x = 0;
-  for (; x + 32 <= block; x += 32) {
-    const Planes8x32 p = deinterleave3x32(pSrc + 3 * x);
-    Planes8x32 q;
-    for (int h = 0; h < 2; ++h) {
-      const __m128i c[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
-      __m128i out[3];
-      hlsToRgb8x16(c, out);
-      for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
-    }
-    interleave3x32(q, pDst + 3 * x);
-  }
-  for (; x < block; x += kBlock8uC3) {
-    __m128i c[3], out[3];
-    deinterleave3x8(pSrc + 3 * x, c);
-    hlsToRgb8x8(c, out);
-    interleave3x8(out, pDst + 3 * x);
-  }
+  int x = ssse3 ? blockHLSToRGB_8u_C3_ssse3(pSrc, pDst, block)
+                : block8uC3<NetSse2>(pSrc, pDst, block, InvStep{});
   for (; x < width; ++x) {
     const Lum8u* s = pSrc + 3 * x;
     hlsToRgb8uTail(s[0], s[1], s[2], pDst + 3 * x);
@@ -266,6 +265,7 @@ void inner_HLSToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[4], rgb[3];
+    prefetchAhead(pSrc + 4 * x);
     load4x4b(pSrc + 4 * x, c);
     hlsToRgb8uBlockVec(c[0], c[1], c[2], rgb);
     mergeStore(pDst + 4 * x, pack3to4x4b(rgb[0], rgb[1], rgb[2]), keep);
@@ -288,10 +288,10 @@ void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int ncha
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3];
+    prefetchAhead(pSrc + 3 * x);
     load3x4w(pSrc + 3 * x, c);
     const FwdVec o = rgbToHls16uBlockVec(c[0], c[1], c[2]);
-    const __m128i out[3] = {vPackS32U16(o.H, o.H), vPackS32U16(o.L, o.L), vPackS32U16(o.S, o.S)};
-    store3x4w(pDst + 3 * x, out);
+    store3x4w(pDst + 3 * x, o.H, o.L, o.S, [](__m128i a, __m128i b) { return vPackS32U16(a, b); });
   }
   for (; x < width; ++x) {
     const Lum16u* s = pSrc + 3 * x;
@@ -307,6 +307,7 @@ void inner_RGBToHLS_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3], px[2];
+    prefetchAhead(pSrc + 4 * x);
     load4x4w(pSrc + 4 * x, c);
     const FwdVec o = rgbToHls16uBlockVec(c[0], c[1], c[2]);
     interleave3to4x4w(vPackS32U16(o.H, o.L), vPackS32U16(o.S, o.S), px);
@@ -328,9 +329,11 @@ void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int ncha
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3], rgb[3];
+    prefetchAhead(pSrc + 3 * x);
     load3x4w(pSrc + 3 * x, c);
     hlsToRgb16uBlockVec(c[0], c[1], c[2], rgb);
-    store3x4w(pDst + 3 * x, rgb);
+    store3x4w(pDst + 3 * x, rgb[0], rgb[1], rgb[2],
+              [](__m128i a, __m128i b) { return narrow16uInvVec(a, b); });
   }
   for (; x < width; ++x) {
     const Lum16u* s = pSrc + 3 * x;
@@ -344,9 +347,10 @@ void inner_HLSToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3], rgb[3], px[2];
+    prefetchAhead(pSrc + 4 * x);
     load4x4w(pSrc + 4 * x, c);
     hlsToRgb16uBlockVec(c[0], c[1], c[2], rgb);
-    interleave3to4x4w(_mm_unpacklo_epi64(rgb[0], rgb[1]), rgb[2], px);
+    interleave3to4x4w(narrow16uInvVec(rgb[0], rgb[1]), narrow16uInvVec(rgb[2], rgb[2]), px);
     mergeStore(pDst + 4 * x, px[0], keep);
     mergeStore(pDst + 4 * x + 8, px[1], keep);
   }
@@ -375,10 +379,11 @@ void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int ncha
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3];
+    prefetchAhead(pSrc + 3 * x);
     load3x4wBiased(pSrc + 3 * x, c);
     const FwdVec o = rgbToHls16sBlockVec(c[0], c[1], c[2]);
-    const __m128i out[3] = {narrow16sVec(o.H, o.H), narrow16sVec(o.L, o.L), narrow16sVec(o.S, o.S)};
-    store3x4w(reinterpret_cast<Lum16u*>(pDst + 3 * x), out);
+    store3x4w(reinterpret_cast<Lum16u*>(pDst + 3 * x), o.H, o.L, o.S,
+              [](__m128i a, __m128i b) { return narrow16sVec(a, b); });
   }
   for (; x < width; ++x) {
     const Lum16s* s = pSrc + 3 * x;
@@ -391,6 +396,7 @@ void inner_RGBToHLS_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3], px[2];
+    prefetchAhead(pSrc + 4 * x);
     load4x4wBiased(pSrc + 4 * x, c);
     const FwdVec o = rgbToHls16sBlockVec(c[0], c[1], c[2]);
     interleave3to4x4w(narrow16sVec(o.H, o.L), narrow16sVec(o.S, o.S), px);
@@ -412,11 +418,11 @@ void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int ncha
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3], rgb[3];
+    prefetchAhead(pSrc + 3 * x);
     load3x4wBiased(pSrc + 3 * x, c);
     hlsToRgb16sBlockVec(c[0], c[1], c[2], rgb);
-    const __m128i out[3] = {_mm_packs_epi32(rgb[0], rgb[0]), _mm_packs_epi32(rgb[1], rgb[1]),
-                            _mm_packs_epi32(rgb[2], rgb[2])};
-    store3x4w(reinterpret_cast<Lum16u*>(pDst + 3 * x), out);
+    store3x4w(reinterpret_cast<Lum16u*>(pDst + 3 * x), rgb[0], rgb[1], rgb[2],
+              [](__m128i a, __m128i b) { return vPackS32S16(a, b); });
   }
   for (; x < width; ++x) {
     const Lum16s* s = pSrc + 3 * x;
@@ -429,6 +435,7 @@ void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
   int x = 0;
   for (; x < block; x += kBlock) {
     __m128i c[3], rgb[3], px[2];
+    prefetchAhead(pSrc + 4 * x);
     load4x4wBiased(pSrc + 4 * x, c);
     hlsToRgb16sBlockVec(c[0], c[1], c[2], rgb);
     interleave3to4x4w(_mm_packs_epi32(rgb[0], rgb[1]), _mm_packs_epi32(rgb[2], rgb[2]), px);
@@ -444,31 +451,55 @@ void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
 // ===========================================================================
 // 32f kernels.
 
-// Forward: purely scalar, one pixel at a time (rgbToHls32f, in its
-// branch-free arrangement), nchannels as the pixel stride (an AC4 row keeps
-// its fourth sample).
+// Forward: 4 pixels a round through rgbToHls32fVec (8 through its AVX2 twin
+// where the processor has it and the stride is 3), the rest through its
+// scalar form rgbToHls32f; all give the same bits.  No AC4 twin: nchannels
+// is the pixel stride (an AC4 row keeps its fourth sample).
 void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels) {
-  for (int x = 0; x < width; ++x) {
+  innerRGBToHLS_32f_C3R_path(pSrc, pDst, width, nchannels, cpuHasAvx2());
+}
+void innerRGBToHLS_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
+                                bool avx2) {
+  const int block = width & ~(kBlock - 1);
+  int x = 0;
+  if (nchannels == 3) {
+    if (avx2) x = blockRGBToHLS_32f_C3_avx2(pSrc, pDst, block);
+    for (; x < block; x += kBlock) {
+      prefetchAhead(pSrc + 3 * x);
+      __m128 R, G, B;
+      load3x4f(pSrc + 3 * x, R, G, B);
+      const Hls32f4 o = rgbToHls32fVec(R, G, B);
+      store3x4f(pDst + 3 * x, o.H, o.L, o.S);
+    }
+  } else {
+    for (; x < block; x += kBlock) {
+      prefetchAhead(pSrc + 4 * x);
+      __m128 R, G, B;
+      load3of4x4f(pSrc + 4 * x, R, G, B);
+      const Hls32f4 o = rgbToHls32fVec(R, G, B);
+      store3of4x4f(pDst + 4 * x, o.H, o.L, o.S);
+    }
+  }
+  for (; x < width; ++x) {
     const Lum32f* s = pSrc + nchannels * x;
-    float out[3];
-    rgbToHls32fSelect(s[0], s[1], s[2], out);
-    Lum32f* d = pDst + nchannels * x;
-    d[0] = out[0];
-    d[1] = out[1];
-    d[2] = out[2];
+    rgbToHls32f(s[0], s[1], s[2], pDst + nchannels * x);
   }
 }
 
-// Inverse, C3: 4 pixels a round (multiplies by 0.016666668); the tail divides
-// by 60.
+// Inverse, C3: 4 pixels a round (8 in AVX2 where the processor has it),
+// multiplying by 0.016666668; the tail divides by 60.
 void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels) {
   if (nchannels == 4) {
     innerHLSToRGB_32f_AC4R(pSrc, pDst, width);
     return;
   }
+  innerHLSToRGB_32f_C3R_path(pSrc, pDst, width, cpuHasAvx2());
+}
+void innerHLSToRGB_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, bool avx2) {
   const int block = width & ~(kBlock - 1);
-  int x = 0;
+  int x = avx2 ? blockHLSToRGB_32f_C3_avx2(pSrc, pDst, block) : 0;
   for (; x < block; x += kBlock) {
+    prefetchAhead(pSrc + 3 * x);
     __m128 H, L, S;
     load3x4f(pSrc + 3 * x, H, L, S);
     const Rgb4 c = hlsToRgb32fBlockVec(H, L, S);
@@ -480,26 +511,17 @@ void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int ncha
   }
 }
 
-// Inverse, AC4 twin: samples written one by one, the fourth left alone.
+// Inverse, AC4 twin: the fourth sample of each pixel neither read into the
+// arithmetic nor written.
 void innerHLSToRGB_32f_AC4R(const Lum32f* pSrc, Lum32f* pDst, int width) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
   for (; x < block; x += kBlock) {
-    const Lum32f* s = pSrc + 4 * x;
-    __m128 H = _mm_loadu_ps(s), L = _mm_loadu_ps(s + 4), S = _mm_loadu_ps(s + 8),
-           A = _mm_loadu_ps(s + 12);
-    _MM_TRANSPOSE4_PS(H, L, S, A);
+    prefetchAhead(pSrc + 4 * x);
+    __m128 H, L, S;
+    load3of4x4f(pSrc + 4 * x, H, L, S);
     const Rgb4 c = hlsToRgb32fBlockVec(H, L, S);
-    float r[4], g[4], b[4];
-    _mm_storeu_ps(r, c.R);
-    _mm_storeu_ps(g, c.G);
-    _mm_storeu_ps(b, c.B);
-    Lum32f* d = pDst + 4 * x;
-    for (int i = 0; i < 4; ++i) {
-      d[4 * i] = r[i];
-      d[4 * i + 1] = g[i];
-      d[4 * i + 2] = b[i];
-    }
+    store3of4x4f(pDst + 4 * x, c.R, c.G, c.B);
   }
   for (; x < width; ++x) {
     const Lum32f* s = pSrc + 4 * x;

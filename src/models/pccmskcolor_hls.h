@@ -12,7 +12,10 @@
 //     has the same name with a Vec suffix and stands right beside it;
 //   - ...Tail: the scalar tail of the kernels.
 // The two differ on purpose (reciprocal, grey pixels, narrowing, and for 16s
-// and 32f the whole inverse arithmetic); both are required.
+// and 32f the whole inverse arithmetic); both are required.  The 32f forward
+// has a single form for the whole row (rgbToHls32f, twin rgbToHls32fVec).
+// The eight-lane AVX2 twins of the 32f vector forms stand in
+// pccmskcolor_hls_avx2.cpp.
 //
 // The 8u forms and the 4-lane vector helpers are shared with the BGR and HLS
 // plane layouts (pcchlspl), which run the same arithmetic four pixels a round.
@@ -25,7 +28,11 @@
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
+// The forms live in the instruction-set namespace of lum_simd.h: the SSSE3
+// and AVX2 units of this family include them too, and must not lend their
+// copies to the SSE2 units (nor take theirs).
 namespace lum {
+inline namespace LUM_ISA_NS {
 namespace hls {
 
 // Pixels a round of the main loops; the rest of a row goes through the
@@ -125,9 +132,23 @@ inline FwdInts rgbToHlsS(float R, float G, float B, const FwdParams& p, Rcp rcp)
 // Vector twin of rgbToHlsS, four lanes: lanes with d == 0 get 0.5 added to d
 // and s before the reciprocals are taken, and their H and S are masked to 0.
 // R == V selects first, G == V and not R == V second, the rest third.
+//
+// Every lane keeps the integers of the scalar form, though three steps are
+// arranged to cost less:
+//   - x = min(s, W - s): the samples are integers below 2^24, so s, W - s
+//     and Lf = s / 2 are exact, and Lf <= T (T = W / 4) exactly when
+//     s <= W - s (the lanes where x matters are not grey);
+//   - the arm picks its difference first and forms ((diff * 60) * rd) once,
+//     then adds 0, 120 or 240: adding 0 changes nothing but a -0 to +0;
+//   - h < 0 adds 360 masked to 0 or 360, the same -0 to +0 aside.
+// A zero of either sign truncates to the same integer.
 struct FwdVec {
   __m128i H, L, S;
 };
+// mask ? a : b for two constants, as 3 logical operations.
+inline __m128 selectConst(__m128 mask, float a, float b) {
+  return _mm_xor_ps(splat(b), _mm_and_ps(mask, _mm_xor_ps(splat(a), splat(b))));
+}
 inline FwdVec rgbToHlsVec(__m128 R, __m128 G, __m128 B, const FwdParams& p, Rcp rcp) {
   const __m128 V = _mm_max_ps(_mm_max_ps(R, G), B);
   const __m128 m = _mm_min_ps(_mm_min_ps(R, G), B);
@@ -140,17 +161,16 @@ inline FwdVec rgbToHlsVec(__m128 R, __m128 G, __m128 B, const FwdParams& p, Rcp 
   const __m128 half = _mm_and_ps(grey, splat(0.5f));
   d = _mm_add_ps(d, half);
   s = _mm_add_ps(s, half);
-  const __m128 x = selectPs(_mm_cmple_ps(Lf, splat(p.T)), s, _mm_sub_ps(splat(p.W), s));
+  const __m128 x = _mm_min_ps(s, _mm_sub_ps(splat(p.W), s));
   const __m128i S = _mm_cvttps_epi32(_mm_mul_ps(_mm_mul_ps(d, vRcpOf(x, rcp)), splat(p.K)));
   const __m128 rd = vRcpOf(d, rcp);
-  const __m128 k60 = splat(60.0f);
-  const __m128 hR = _mm_mul_ps(_mm_mul_ps(_mm_sub_ps(G, B), k60), rd);
-  const __m128 hG = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(_mm_sub_ps(B, R), k60), rd), splat(120.0f));
-  const __m128 hB = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(_mm_sub_ps(R, G), k60), rd), splat(240.0f));
-  const __m128 selR = _mm_cmpeq_ps(R, V);
-  const __m128 selG = _mm_andnot_ps(selR, _mm_cmpeq_ps(G, V));
-  __m128 h = selectPs(selR, hR, selectPs(selG, hG, hB));
-  h = selectPs(_mm_cmplt_ps(h, _mm_setzero_ps()), _mm_add_ps(h, splat(360.0f)), h);
+  const __m128 isR = _mm_cmpeq_ps(R, V);
+  const __m128 isG = _mm_cmpeq_ps(G, V);  // counts only where R != V
+  const __m128 diff =
+      selectPs(isR, _mm_sub_ps(G, B), selectPs(isG, _mm_sub_ps(B, R), _mm_sub_ps(R, G)));
+  const __m128 off = _mm_andnot_ps(isR, selectConst(isG, 120.0f, 240.0f));
+  __m128 h = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(diff, splat(60.0f)), rd), off);
+  h = _mm_add_ps(h, _mm_and_ps(_mm_cmplt_ps(h, _mm_setzero_ps()), splat(360.0f)));
   const __m128i H = _mm_cvttps_epi32(_mm_mul_ps(h, splat(floatFromBits(p.bitsY))));
   o.H = _mm_andnot_si128(_mm_castps_si128(grey), H);
   o.S = _mm_andnot_si128(_mm_castps_si128(grey), S);
@@ -242,7 +262,9 @@ inline void rgbToHls16sTail(int r, int g, int b, Lum16s out[3]) {
   out[2] = static_cast<Lum16s>(narrow16sBlock(o.S));
 }
 
-// --- 32f: one scalar loop, true divisions, a threshold for grey. -----------
+// --- 32f: true divisions, a threshold for grey. -----------------------------
+// One formula for every pixel of the row (the kernel has no main-loop
+// variant): this scalar form, and its vector twin below with the same bits.
 // H, L, S stored without clamping.
 inline void rgbToHls32f(float R, float G, float B, float out[3]) {
   const float V = maxF(maxF(R, G), B);
@@ -269,35 +291,36 @@ inline void rgbToHls32f(float R, float G, float B, float out[3]) {
   out[2] = S;
 }
 
-// The same formula as the 32f kernel runs it: still one pixel at a time in
-// scalar (ss) instructions, but with the tests as masks and selections
-// instead of branches, which unpredictable data would otherwise pay for.
-// Every value it keeps is computed by the same operations in the same order
-// as rgbToHls32f (quotients of masked-out lanes are dropped).
-inline __m128 selectSs(__m128 mask, __m128 a, __m128 b) { return selectPs(mask, a, b); }
-inline void rgbToHls32fSelect(float r, float g, float b, float out[3]) {
-  const __m128 R = _mm_set_ss(r), G = _mm_set_ss(g), B = _mm_set_ss(b);
-  const __m128 V = _mm_max_ss(_mm_max_ss(R, G), B);
-  const __m128 m = _mm_min_ss(_mm_min_ss(R, G), B);
-  const __m128 d = _mm_sub_ss(V, m);
-  const __m128 s = _mm_add_ss(m, V);
-  const __m128 L = _mm_mul_ss(_mm_set_ss(0.5f), s);
-  const __m128 colour = _mm_cmpgt_ss(d, _mm_set_ss(floatFromBits(kBitsGrey32f)));
-  const __m128 den =
-      selectSs(_mm_cmpgt_ss(L, _mm_set_ss(0.5f)), _mm_sub_ss(_mm_set_ss(2.0f), s), s);
-  const __m128 S = _mm_and_ps(colour, _mm_div_ss(d, den));
-  const __m128 isR = _mm_cmpeq_ss(R, V);
-  const __m128 isG = _mm_andnot_ps(isR, _mm_cmpeq_ss(G, V));
-  const __m128 num =
-      selectSs(isR, _mm_sub_ss(G, B), selectSs(isG, _mm_sub_ss(B, R), _mm_sub_ss(R, G)));
-  const __m128 q = _mm_div_ss(_mm_mul_ss(num, _mm_set_ss(60.0f)), d);
-  const __m128 off = selectSs(isG, _mm_set_ss(120.0f), _mm_set_ss(240.0f));
-  __m128 h = selectSs(isR, q, _mm_add_ss(q, off));
-  h = selectSs(_mm_cmplt_ss(h, _mm_setzero_ps()), _mm_add_ss(h, _mm_set_ss(360.0f)), h);
+// Vector twin of rgbToHls32f, four pixels: the same IEEE operations in the
+// same order in every lane (divps rounds as divss does), the tests as masks.
+// Each lane keeps the value of the arm that the scalar form takes; the
+// quotients of the other arms (by zero, or of grey lanes) are computed and
+// dropped.  The red arm adds nothing, so a -0 hue stays -0 as in the scalar
+// form; grey lanes get +0 for S and for h before h / 360.
+struct Hls32f4 {
+  __m128 H, L, S;
+};
+inline Hls32f4 rgbToHls32fVec(__m128 R, __m128 G, __m128 B) {
+  const __m128 V = _mm_max_ps(_mm_max_ps(R, G), B);
+  const __m128 m = _mm_min_ps(_mm_min_ps(R, G), B);
+  const __m128 d = _mm_sub_ps(V, m);
+  const __m128 s = _mm_add_ps(m, V);
+  const __m128 L = _mm_mul_ps(splat(0.5f), s);
+  const __m128 colour = _mm_cmpgt_ps(d, splat(floatFromBits(kBitsGrey32f)));
+  // L > 0.5 exactly when s > 1, and then 2 - s < s; otherwise s <= 2 - s
+  // (equal only at s = 1): the divisor is min(s, 2 - s).  A NaN s comes
+  // back from 2 - s as the same NaN, as the scalar form divides by it.
+  const __m128 den = _mm_min_ps(s, _mm_sub_ps(splat(2.0f), s));
+  const __m128 S = _mm_and_ps(colour, _mm_div_ps(d, den));
+  const __m128 isR = _mm_cmpeq_ps(R, V);
+  const __m128 isG = _mm_cmpeq_ps(G, V);  // counts only where R != V
+  const __m128 diff =
+      selectPs(isR, _mm_sub_ps(G, B), selectPs(isG, _mm_sub_ps(B, R), _mm_sub_ps(R, G)));
+  const __m128 q = _mm_div_ps(_mm_mul_ps(diff, splat(60.0f)), d);
+  __m128 h = selectPs(isR, q, _mm_add_ps(q, selectConst(isG, 120.0f, 240.0f)));
+  h = selectPs(_mm_cmplt_ps(h, _mm_setzero_ps()), _mm_add_ps(h, splat(360.0f)), h);
   h = _mm_and_ps(colour, h);
-  out[0] = _mm_cvtss_f32(_mm_div_ss(h, _mm_set_ss(360.0f)));
-  out[1] = _mm_cvtss_f32(L);
-  out[2] = _mm_cvtss_f32(S);
+  return Hls32f4{_mm_div_ps(h, splat(360.0f)), L, S};
 }
 
 // ===========================================================================
@@ -358,33 +381,43 @@ inline void hlsToRgbTailS(float Hd, float Lf, float Sf, float c[3]) {
   c[2] = hlsChannelTail(hueB(Hd), M1, M2, dM);
 }
 
-// Vector twin of hlsToRgbBlockS: every lane takes every arm, the masks pick
-// in the order of the scalar tests.
-inline __m128 hlsChannelBlockVec(__m128 a, __m128 M1, __m128 M2, __m128 dM) {
+// Vector twin of hlsToRgbBlockS.  The two sloped arms share one formula,
+// (t * 0.016666668) * (M2 - M1) + M1, with t = a below 60 and t = 240 - a from
+// 180 to 240; t = min(a, 240 - a) is that very operand in both ranges (below
+// 60, 240 - a rounds to at least 180; from 180 on, 240 - a is exact and at
+// most 60), so every lane computes one slope and the masks pick among it, M2
+// and M1 in the order of the scalar tests (a NaN fails them all: M1).
+// Grey lanes (Sf == 0) join the M2 lanes, with M2 replaced by Lf there.
+inline __m128 hlsChannelBlockVec(__m128 a, __m128 M1, __m128 M2g, __m128 dM, __m128 grey) {
+  const __m128 t = _mm_min_ps(a, _mm_sub_ps(splat(240.0f), a));
   const __m128 k = splat(floatFromBits(kBitsInv60));
-  const __m128 up = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(a, k), dM), M1);
-  const __m128 down =
-      _mm_add_ps(_mm_mul_ps(_mm_mul_ps(_mm_sub_ps(splat(240.0f), a), k), dM), M1);
-  __m128 c = selectPs(_mm_cmplt_ps(a, splat(240.0f)), down, M1);
-  c = selectPs(_mm_cmplt_ps(a, splat(180.0f)), M2, c);
-  return selectPs(_mm_cmplt_ps(a, splat(60.0f)), up, c);
+  const __m128 slope = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(t, k), dM), M1);
+  const __m128 lt60 = _mm_cmplt_ps(a, splat(60.0f));
+  const __m128 flat = _mm_or_ps(_mm_andnot_ps(lt60, _mm_cmplt_ps(a, splat(180.0f))), grey);
+  return selectPs(flat, M2g, selectPs(_mm_cmplt_ps(a, splat(240.0f)), slope, M1));
 }
 struct Rgb4 {
   __m128 R, G, B;
 };
+// The hue of R is Hd + 120 less (360 where above 360), and of B Hd - 120 plus
+// (360 where below 0): subtracting or adding a masked 0 leaves a value as it
+// is (Hd - 120 is -0 only in the rounding mode where -0 + 0 is -0 too).
 inline Rgb4 hlsToRgbBlockVec(__m128 Hd, __m128 Lf, __m128 Sf) {
-  const __m128 M2 = selectPs(_mm_cmple_ps(Lf, splat(0.5f)), _mm_add_ps(Lf, _mm_mul_ps(Lf, Sf)),
-                             _mm_sub_ps(_mm_add_ps(Lf, Sf), _mm_mul_ps(Lf, Sf)));
+  const __m128 LS = _mm_mul_ps(Lf, Sf);
+  const __m128 M2 = selectPs(_mm_cmple_ps(Lf, splat(0.5f)), _mm_add_ps(Lf, LS),
+                             _mm_sub_ps(_mm_add_ps(Lf, Sf), LS));
   const __m128 M1 = _mm_sub_ps(_mm_mul_ps(splat(2.0f), Lf), M2);
   const __m128 dM = _mm_sub_ps(M2, M1);
+  const __m128 k360 = splat(360.0f);
   __m128 aR = _mm_add_ps(Hd, splat(120.0f));
-  aR = selectPs(_mm_cmpgt_ps(aR, splat(360.0f)), _mm_sub_ps(aR, splat(360.0f)), aR);
+  aR = _mm_sub_ps(aR, _mm_and_ps(_mm_cmpgt_ps(aR, k360), k360));
   __m128 aB = _mm_sub_ps(Hd, splat(120.0f));
-  aB = selectPs(_mm_cmplt_ps(aB, _mm_setzero_ps()), _mm_add_ps(aB, splat(360.0f)), aB);
+  aB = _mm_add_ps(aB, _mm_and_ps(_mm_cmplt_ps(aB, _mm_setzero_ps()), k360));
   const __m128 grey = _mm_cmpeq_ps(Sf, _mm_setzero_ps());
-  return Rgb4{selectPs(grey, Lf, hlsChannelBlockVec(aR, M1, M2, dM)),
-              selectPs(grey, Lf, hlsChannelBlockVec(Hd, M1, M2, dM)),
-              selectPs(grey, Lf, hlsChannelBlockVec(aB, M1, M2, dM))};
+  const __m128 M2g = selectPs(grey, Lf, M2);
+  return Rgb4{hlsChannelBlockVec(aR, M1, M2g, dM, grey),
+              hlsChannelBlockVec(Hd, M1, M2g, dM, grey),
+              hlsChannelBlockVec(aB, M1, M2g, dM, grey)};
 }
 
 // --- 8u: Hd = H * 1.4117647, Lf, Sf = sample * 0.003921569;
@@ -430,11 +463,12 @@ inline void hlsToRgb16uBlock(int h, int l, int s, Lum16u out[3]) {
                  static_cast<float>(s) * k, c);
   for (int i = 0; i < 3; ++i) out[i] = static_cast<Lum16u>(out16u(c[i]));
 }
-// Inputs in 32-bit lanes; outputs sat16(truncate(c * 32767.5)) packed to 16
-// bits and doubled: rgb[0] = R (low 4 words) ..., via packssdw and psllw.
-inline __m128i out16uVec(__m128 c) {
-  const __m128i t = _mm_cvttps_epi32(_mm_mul_ps(c, splat(32767.5f)));
-  return _mm_slli_epi16(_mm_packs_epi32(t, t), 1);
+// Inputs in 32-bit lanes; outputs truncate(c * 32767.5) in 32-bit lanes,
+// which the caller packs to 16 bits (packssdw) and doubles (psllw):
+// narrow16uInvVec.
+inline __m128i out16uVec(__m128 c) { return _mm_cvttps_epi32(_mm_mul_ps(c, splat(32767.5f))); }
+inline __m128i narrow16uInvVec(__m128i a, __m128i b) {
+  return _mm_slli_epi16(_mm_packs_epi32(a, b), 1);
 }
 inline void hlsToRgb16uBlockVec(__m128i h, __m128i l, __m128i s, __m128i rgb[3]) {
   const __m128 k = splat(floatFromBits(kBitsInv65535));
@@ -516,24 +550,41 @@ inline void hlsToRgb32fTail(float h, float l, float s, float out[3]) {
 // ===========================================================================
 // Loads and stores of four pixels shared by the kernels.
 
-// 12 words (four 3-word pixels) given as words 0-7 in lo and 8-11 in the low
-// half of hi -> channel k in the low 4 words of c[k] (the riffle network of
-// deinterleave3x8w with the second half empty), and back.
-inline void deinterleave3x4w(__m128i lo, __m128i hi, __m128i c[3]) {
-  const __m128i z = _mm_setzero_si128();
-  __m128i v[6] = {lo, hi, z, z, z, z};
-  for (int i = 0; i < 4; ++i) riffle16(v);
-  c[0] = v[0];
-  c[1] = v[2];
-  c[2] = v[4];
+// Four pixels of 3 samples, one sample a 32-bit lane: in pixel order in three
+// registers (a = p0.0 p0.1 p0.2 p1.0, b = p1.1 p1.2 p2.0 p2.1, c = p2.2 p3.0
+// p3.1 p3.2) <-> sample k of the four pixels in register k.  Five shuffles
+// in, six out; the same network serves floats and integers.
+inline void deinterleave3x4ps(__m128 a, __m128 b, __m128 c, __m128 out[3]) {
+  const __m128 x = _mm_shuffle_ps(a, b, _MM_SHUFFLE(1, 0, 2, 1));  // p0.1 p0.2 p1.1 p1.2
+  const __m128 y = _mm_shuffle_ps(b, c, _MM_SHUFFLE(2, 1, 3, 2));  // p2.0 p2.1 p3.0 p3.1
+  out[0] = _mm_shuffle_ps(a, y, _MM_SHUFFLE(2, 0, 3, 0));
+  out[1] = _mm_shuffle_ps(x, y, _MM_SHUFFLE(3, 1, 2, 0));
+  out[2] = _mm_shuffle_ps(x, c, _MM_SHUFFLE(3, 0, 3, 1));
 }
-// Only the low 4 words of each c[k] reach words 0-11 of the result.
-inline void interleave3x4w(const __m128i c[3], __m128i& lo, __m128i& hi) {
+inline void interleave3x4ps(__m128 s0, __m128 s1, __m128 s2, __m128 out[3]) {
+  const __m128 t0 = _mm_shuffle_ps(s0, s1, _MM_SHUFFLE(2, 0, 2, 0));  // p0.0 p2.0 p0.1 p2.1
+  const __m128 t1 = _mm_shuffle_ps(s2, s0, _MM_SHUFFLE(3, 1, 2, 0));  // p0.2 p2.2 p1.0 p3.0
+  const __m128 t2 = _mm_shuffle_ps(s1, s2, _MM_SHUFFLE(3, 1, 3, 1));  // p1.1 p3.1 p1.2 p3.2
+  out[0] = _mm_shuffle_ps(t0, t1, _MM_SHUFFLE(2, 0, 2, 0));
+  out[1] = _mm_shuffle_ps(t2, t0, _MM_SHUFFLE(3, 1, 2, 0));
+  out[2] = _mm_shuffle_ps(t1, t2, _MM_SHUFFLE(3, 1, 3, 1));
+}
+inline void deinterleave3x4d(__m128i a, __m128i b, __m128i c, __m128i out[3]) {
+  __m128 o[3];
+  deinterleave3x4ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _mm_castsi128_ps(c), o);
+  for (int k = 0; k < 3; ++k) out[k] = _mm_castps_si128(o[k]);
+}
+inline void interleave3x4d(__m128i s0, __m128i s1, __m128i s2, __m128i out[3]) {
+  __m128 o[3];
+  interleave3x4ps(_mm_castsi128_ps(s0), _mm_castsi128_ps(s1), _mm_castsi128_ps(s2), o);
+  for (int k = 0; k < 3; ++k) out[k] = _mm_castps_si128(o[k]);
+}
+// 12 words (four 3-word pixels) given as words 0-7 in lo and 8-11 in the low
+// half of hi -> channel k in the 32-bit lanes of c[k], zero-extended.
+inline void widen3x4w(__m128i lo, __m128i hi, __m128i c[3]) {
   const __m128i z = _mm_setzero_si128();
-  __m128i v[6] = {c[0], z, c[1], z, c[2], z};
-  for (int i = 0; i < 4; ++i) unriffle16(v);
-  lo = v[0];
-  hi = v[1];
+  deinterleave3x4d(_mm_unpacklo_epi16(lo, z), _mm_unpackhi_epi16(lo, z),
+                   _mm_unpacklo_epi16(hi, z), c);
 }
 // Low 4 words -> 32-bit lanes, zero- or sign-free (unsigned samples).
 inline __m128i words4to32(__m128i v) { return _mm_unpacklo_epi16(v, _mm_setzero_si128()); }
@@ -553,29 +604,28 @@ inline void store32(void* p, __m128i v) {
 // lanes of c[k].
 inline void load3x4b(const Lum8u* p, __m128i c[3]) {
   const __m128i v = _mm_unpacklo_epi64(loadl64(p), load32(p + 8));
-  __m128i w[3];
-  deinterleave3x4w(lo8to16(v), hi8to16(v), w);
-  for (int k = 0; k < 3; ++k) c[k] = words4to32(w[k]);
+  widen3x4w(lo8to16(v), hi8to16(v), c);
 }
-// Channel k as 16-bit words (low 4 of c[k], 0..255) -> 12 bytes written.
+// Channel k as signed 16-bit words (low 4 of c[k]) -> unsigned 8-bit
+// saturation -> 12 bytes written.  (The words widen with their sign, go
+// through the network in 32-bit lanes and pack back unchanged.)
 inline void store3x4b(Lum8u* p, const __m128i c[3]) {
-  __m128i lo, hi;
-  interleave3x4w(c, lo, hi);
-  const __m128i b = _mm_packus_epi16(lo, hi);
+  __m128i px[3];
+  interleave3x4d(_mm_srai_epi32(_mm_unpacklo_epi16(c[0], c[0]), 16),
+                 _mm_srai_epi32(_mm_unpacklo_epi16(c[1], c[1]), 16),
+                 _mm_srai_epi32(_mm_unpacklo_epi16(c[2], c[2]), 16), px);
+  const __m128i b = _mm_packus_epi16(_mm_packs_epi32(px[0], px[1]), _mm_packs_epi32(px[2], px[2]));
   storel64(p, b);
   store32(p + 8, _mm_srli_si128(b, 8));
 }
-// Four pixels of 4 bytes (16 bytes) -> channel k in 32-bit lanes of c[k].
+// Four pixels of 4 bytes (16 bytes) -> channel k in 32-bit lanes of c[k]:
+// each pixel is a 32-bit lane already, so shifts and masks do it.
 inline void load4x4b(const Lum8u* p, __m128i c[4]) {
-  const __m128i v = loadu(p);
-  const __m128i t0 = _mm_unpacklo_epi16(lo8to16(v), hi8to16(v));  // c0: px 0 2, c1 ...
-  const __m128i t1 = _mm_unpackhi_epi16(lo8to16(v), hi8to16(v));  // px 1 3
-  const __m128i u0 = _mm_unpacklo_epi16(t0, t1);                  // ch 0 | ch 1
-  const __m128i u1 = _mm_unpackhi_epi16(t0, t1);                  // ch 2 | ch 3
-  c[0] = words4to32(u0);
-  c[1] = _mm_unpackhi_epi16(u0, _mm_setzero_si128());
-  c[2] = words4to32(u1);
-  c[3] = _mm_unpackhi_epi16(u1, _mm_setzero_si128());
+  const __m128i v = loadu(p), low = _mm_set1_epi32(0xFF);
+  c[0] = _mm_and_si128(v, low);
+  c[1] = _mm_and_si128(_mm_srli_epi32(v, 8), low);
+  c[2] = _mm_and_si128(_mm_srli_epi32(v, 16), low);
+  c[3] = _mm_srli_epi32(v, 24);
 }
 // Three channels as 32-bit lanes -> signed 16, then unsigned 8 saturation
 // -> bytes of four 4-byte pixels, the fourth byte of each 0.
@@ -593,6 +643,7 @@ inline __m128i pack4b(__m128i c) {
 }
 
 }  // namespace hls
+}  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
 // ---------------------------------------------------------------------------
@@ -613,6 +664,28 @@ void inner_HLSToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
 void inner_RGBToHLS_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width);
 void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width);
 void innerHLSToRGB_32f_AC4R(const Lum32f* pSrc, Lum32f* pDst, int width);
+
+// The 8u C3 kernels take the (de)interleave of their main loop from SSSE3
+// byte shuffles where the processor has them, else from the SSE2 network;
+// the arithmetic and so the bytes are the same.  The _path forms choose
+// explicitly (nchannels 3 only), so that both paths can be tested.
+void innerRGBToHLS_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
+void innerHLSToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
+// SSSE3 main loops (pccmskcolor_hls_ssse3.cpp): pixels [0, end), end a
+// multiple of 8; each returns the first pixel not done (end).
+int blockRGBToHLS_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);
+int blockHLSToRGB_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);
+
+// The 32f kernels run their C3 main loop eight pixels a round in AVX2 where
+// the processor has it (the AC4 stride and the last 4 pixels of the main loop
+// stay in SSE2); the bytes are the same.  The _path forms choose explicitly.
+void innerRGBToHLS_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
+                                bool avx2);
+void innerHLSToRGB_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, bool avx2);
+// AVX2 main loops (pccmskcolor_hls_avx2.cpp): pixels [0, n), n the largest
+// multiple of 8 not above end; each returns n.
+int blockRGBToHLS_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end);
+int blockHLSToRGB_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end);
 
 // Row drivers (group 1 of the parallel frame): steps in elements.
 void myRGBToHLS_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
