@@ -31,6 +31,12 @@ inline T* rowPtr(T* base, int y, int stepBytes) {
                               static_cast<ptrdiff_t>(y) * static_cast<ptrdiff_t>(stepBytes));
 }
 
+// Row y of an image whose step is counted in elements.
+template <class T>
+inline T* elemRow(T* base, int y, int stepElems) {
+  return base + static_cast<ptrdiff_t>(y) * static_cast<ptrdiff_t>(stepElems);
+}
+
 // A step given in bytes to a 16-bit or 32-bit member is turned into elements
 // by an arithmetic shift: a step that is not a multiple of the element size
 // loses its low bits, a negative odd step rounds toward minus infinity.
@@ -175,6 +181,35 @@ inline void group1Rows(int width, int height, RowFn&& row) {
 template <class RowFn>
 inline void serialRows(int height, RowFn&& row) {
   for (int y = 0; y < height; ++y) row(y);
+}
+
+// ---------------------------------------------------------------------------
+// The colour-model families (HSV, HLS, ...): a public function of shape A
+// checks P1, turns its byte steps into elements (shift 0, 1 or 2) and calls
+// its row driver with the pixel stride nchannels (3 for C3, 4 for AC4); the
+// driver runs the group-1 frame over a one-row kernel
+// kernel(srcRow, dstRow, width, nchannels).
+template <class T, class Driver>
+inline LumStatus modelPublicP1(const T* pSrc, int srcStep, T* pDst, int dstStep, LumSize roi,
+                               int stepShift, int nchannels, Driver driver) {
+  const LumStatus st = checkP1({pSrc, pDst}, roi);
+  if (st != LumOk) return st;
+  driver(pSrc, stepToElems(srcStep, stepShift), pDst, stepToElems(dstStep, stepShift), roi.width,
+         roi.height, nchannels);
+  return LumOk;
+}
+// One such public function, defined in one line.
+#define LUM_MODEL_PUBLIC_P1(name, T, driver, stepShift, nchannels)                              \
+  LUM_PUBLIC LumStatus name(const T* pSrc, int srcStep, T* pDst, int dstStep, LumSize roiSize) { \
+    return lum::modelPublicP1(pSrc, srcStep, pDst, dstStep, roiSize, stepShift, nchannels,     \
+                              driver);                                                        \
+  }
+template <class T, class Kernel>
+inline void modelRowsGroup1(const T* pSrc, int srcStepElems, T* pDst, int dstStepElems, int width,
+                            int height, int nchannels, Kernel kernel) {
+  group1Rows(width, height, [&](int y) {
+    kernel(elemRow(pSrc, y, srcStepElems), elemRow(pDst, y, dstStepElems), width, nchannels);
+  });
 }
 
 // ---------------------------------------------------------------------------

@@ -190,11 +190,6 @@ inline void store3of4x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
 }
 
 // Row start in elements.
-template <class T>
-inline T* elemRow(T* base, int y, int stepElems) {
-  return base + static_cast<ptrdiff_t>(y) * static_cast<ptrdiff_t>(stepElems);
-}
-
 }  // namespace
 
 // ===========================================================================
@@ -535,81 +530,55 @@ void innerHLSToRGB_32f_AC4R(const Lum32f* pSrc, Lum32f* pDst, int width) {
 
 void myRGBToHLS_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
                        int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerRGBToHLS_8u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_8u_C3R);
 }
 void myHLSToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
                        int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerHLSToRGB_8u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_8u_C3R);
 }
 void myRGBToHLS_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerRGBToHLS_16u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_16u_C3R);
 }
 void myHLSToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerHLSToRGB_16u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_16u_C3R);
 }
 void myRGBToHLS_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerRGBToHLS_16s_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_16s_C3R);
 }
 void myHLSToRGB_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerHLSToRGB_16s_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_16s_C3R);
 }
 void myRGBToHLS_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerRGBToHLS_32f_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_32f_C3R);
 }
 void myHLSToRGB_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerHLSToRGB_32f_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_32f_C3R);
 }
 
 // ===========================================================================
 // Public functions: pattern P1 (pointers, then size; steps not checked), then
 // the driver with the steps in elements and the pixel stride.
 
-#define LUM_HLS_PUBLIC(name, T, driver, shift, nch)                                          \
-  LUM_PUBLIC LumStatus name(const T* pSrc, int srcStep, T* pDst, int dstStep, LumSize roiSize) { \
-    const LumStatus st = checkP1({pSrc, pDst}, roiSize);                                     \
-    if (st != LumOk) return st;                                                              \
-    driver(pSrc, stepToElems(srcStep, shift), pDst, stepToElems(dstStep, shift), roiSize.width, \
-           roiSize.height, nch);                                                             \
-    return LumOk;                                                                            \
-  }
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_8u_C3R, Lum8u, myRGBToHLS_8u_C3R, 0, 3)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_8u_AC4R, Lum8u, myRGBToHLS_8u_C3R, 0, 4)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_8u_C3R, Lum8u, myHLSToRGB_8u_C3R, 0, 3)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_8u_AC4R, Lum8u, myHLSToRGB_8u_C3R, 0, 4)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_16u_C3R, Lum16u, myRGBToHLS_16u_C3R, 1, 3)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_16u_AC4R, Lum16u, myRGBToHLS_16u_C3R, 1, 4)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_16u_C3R, Lum16u, myHLSToRGB_16u_C3R, 1, 3)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_16u_AC4R, Lum16u, myHLSToRGB_16u_C3R, 1, 4)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_16s_C3R, Lum16s, myRGBToHLS_16s_C3R, 1, 3)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_16s_AC4R, Lum16s, myRGBToHLS_16s_C3R, 1, 4)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_16s_C3R, Lum16s, myHLSToRGB_16s_C3R, 1, 3)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_16s_AC4R, Lum16s, myHLSToRGB_16s_C3R, 1, 4)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_32f_C3R, Lum32f, myRGBToHLS_32f_C3R, 2, 3)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_32f_AC4R, Lum32f, myRGBToHLS_32f_C3R, 2, 4)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_32f_C3R, Lum32f, myHLSToRGB_32f_C3R, 2, 3)
+LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_32f_AC4R, Lum32f, myHLSToRGB_32f_C3R, 2, 4)
 
-LUM_HLS_PUBLIC(lumiRGBToHLS_8u_C3R, Lum8u, myRGBToHLS_8u_C3R, 0, 3)
-LUM_HLS_PUBLIC(lumiRGBToHLS_8u_AC4R, Lum8u, myRGBToHLS_8u_C3R, 0, 4)
-LUM_HLS_PUBLIC(lumiHLSToRGB_8u_C3R, Lum8u, myHLSToRGB_8u_C3R, 0, 3)
-LUM_HLS_PUBLIC(lumiHLSToRGB_8u_AC4R, Lum8u, myHLSToRGB_8u_C3R, 0, 4)
-LUM_HLS_PUBLIC(lumiRGBToHLS_16u_C3R, Lum16u, myRGBToHLS_16u_C3R, 1, 3)
-LUM_HLS_PUBLIC(lumiRGBToHLS_16u_AC4R, Lum16u, myRGBToHLS_16u_C3R, 1, 4)
-LUM_HLS_PUBLIC(lumiHLSToRGB_16u_C3R, Lum16u, myHLSToRGB_16u_C3R, 1, 3)
-LUM_HLS_PUBLIC(lumiHLSToRGB_16u_AC4R, Lum16u, myHLSToRGB_16u_C3R, 1, 4)
-LUM_HLS_PUBLIC(lumiRGBToHLS_16s_C3R, Lum16s, myRGBToHLS_16s_C3R, 1, 3)
-LUM_HLS_PUBLIC(lumiRGBToHLS_16s_AC4R, Lum16s, myRGBToHLS_16s_C3R, 1, 4)
-LUM_HLS_PUBLIC(lumiHLSToRGB_16s_C3R, Lum16s, myHLSToRGB_16s_C3R, 1, 3)
-LUM_HLS_PUBLIC(lumiHLSToRGB_16s_AC4R, Lum16s, myHLSToRGB_16s_C3R, 1, 4)
-LUM_HLS_PUBLIC(lumiRGBToHLS_32f_C3R, Lum32f, myRGBToHLS_32f_C3R, 2, 3)
-LUM_HLS_PUBLIC(lumiRGBToHLS_32f_AC4R, Lum32f, myRGBToHLS_32f_C3R, 2, 4)
-LUM_HLS_PUBLIC(lumiHLSToRGB_32f_C3R, Lum32f, myHLSToRGB_32f_C3R, 2, 3)
-LUM_HLS_PUBLIC(lumiHLSToRGB_32f_AC4R, Lum32f, myHLSToRGB_32f_C3R, 2, 4)
-
-#undef LUM_HLS_PUBLIC

@@ -381,11 +381,6 @@ inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width, HsvPath path) {
   }
 }
 
-template <class E>
-inline E* elemRow(E* base, int y, int stepElems) {
-  return base + static_cast<ptrdiff_t>(y) * static_cast<ptrdiff_t>(stepElems);
-}
-
 }  // namespace
 
 // ===========================================================================
@@ -482,97 +477,31 @@ void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int ncha
 
 void myRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
                        int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerRGBToHSV_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHSV_8u_C3R);
 }
 void myHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
                        int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerHSVToRGB_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHSVToRGB_8u_C3R);
 }
 void myRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerRGBToHSV_16u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHSV_16u_C3R);
 }
 void myHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
                         int height, int nchannels) {
-  group1Rows(width, height, [&](int y) {
-    innerHSVToRGB_16u_C3R(elemRow(pSrc, y, srcStep), elemRow(pDst, y, dstStep), width, nchannels);
-  });
+  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHSVToRGB_16u_C3R);
 }
 
 // ===========================================================================
 // Public functions: pattern P1 (pointers, then size), then one call.  The
 // 16u members give the driver their steps in elements.
 
-LUM_PUBLIC LumStatus lumiRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
-                                         LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myRGBToHSV_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 3);
-  return LumOk;
-}
+LUM_MODEL_PUBLIC_P1(lumiRGBToHSV_8u_C3R, Lum8u, myRGBToHSV_8u_C3R, 0, 3)
+LUM_MODEL_PUBLIC_P1(lumiHSVToRGB_8u_C3R, Lum8u, myHSVToRGB_8u_C3R, 0, 3)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHSV_8u_AC4R, Lum8u, myRGBToHSV_8u_C3R, 0, 4)
+LUM_MODEL_PUBLIC_P1(lumiHSVToRGB_8u_AC4R, Lum8u, myHSVToRGB_8u_C3R, 0, 4)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHSV_16u_C3R, Lum16u, myRGBToHSV_16u_C3R, 1, 3)
+LUM_MODEL_PUBLIC_P1(lumiHSVToRGB_16u_C3R, Lum16u, myHSVToRGB_16u_C3R, 1, 3)
+LUM_MODEL_PUBLIC_P1(lumiRGBToHSV_16u_AC4R, Lum16u, myRGBToHSV_16u_C3R, 1, 4)
+LUM_MODEL_PUBLIC_P1(lumiHSVToRGB_16u_AC4R, Lum16u, myHSVToRGB_16u_C3R, 1, 4)
 
-LUM_PUBLIC LumStatus lumiHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
-                                         LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myHSVToRGB_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 3);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToHSV_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                          int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myRGBToHSV_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 4);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiHSVToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                          int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myHSVToRGB_8u_C3R(pSrc, srcStep, pDst, dstStep, roiSize.width, roiSize.height, 4);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
-                                          int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myRGBToHSV_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
-                     roiSize.width, roiSize.height, 3);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
-                                          int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myHSVToRGB_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
-                     roiSize.width, roiSize.height, 3);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToHSV_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myRGBToHSV_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
-                     roiSize.width, roiSize.height, 4);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiHSVToRGB_16u_AC4R(const Lum16u* pSrc, int srcStep, Lum16u* pDst,
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myHSVToRGB_16u_C3R(pSrc, stepToElems(srcStep, 1), pDst, stepToElems(dstStep, 1),
-                     roiSize.width, roiSize.height, 4);
-  return LumOk;
-}
