@@ -204,6 +204,12 @@ inline LumStatus modelPublicP1(const T* pSrc, int srcStep, T* pDst, int dstStep,
     return lum::modelPublicP1(pSrc, srcStep, pDst, dstStep, roiSize, stepShift, nchannels,     \
                               driver);                                                        \
   }
+// A named row driver of such a family, in one line.
+#define LUM_MODEL_DRIVER_GROUP1(name, T, kernel)                                        \
+  void name(const T* pSrc, int srcStep, T* pDst, int dstStep, int width, int height,    \
+            int nchannels) {                                                            \
+    lum::modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, kernel); \
+  }
 template <class T, class Kernel>
 inline void modelRowsGroup1(const T* pSrc, int srcStepElems, T* pDst, int dstStepElems, int width,
                             int height, int nchannels, Kernel kernel) {

@@ -66,6 +66,16 @@ inline __m128i vPackS32U16(__m128i lo, __m128i hi) {
                        bias16);
 }
 
+// A single-precision constant given by its bit pattern, scalar and vector.
+inline float floatFromBits(uint32_t bits) {
+  float f;
+  memcpy(&f, &bits, sizeof f);
+  return f;
+}
+inline __m128 vFloatFromBits(uint32_t bits) {
+  return _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(bits)));
+}
+
 // ---------------------------------------------------------------------------
 // Approximate reciprocal (rcpss / rcpps) and its one Newton step
 // r' = (r + r) - (x * r) * r, in this order of operations.

@@ -40,19 +40,18 @@ void drawAll(State* st, int len, Store store) {
 
 }  // namespace
 
-LUM_PUBLIC LumStatus lumsRandUniformInitAlloc_16s(LumRandState16s** ppState, Lum16s low,
-                                                  Lum16s high, unsigned int seed) {
-  if (ppState == nullptr) return LumErrNullPtr;
-  LumRandState16s* s = reinterpret_cast<LumRandState16s*>(lumsMalloc_16s(kRandAllocCount16s));
+namespace {
+// InitAlloc of both generators: the block from lumsMalloc_*, the bounds as
+// given, scale and offset from the difference and the sum in the extended
+// format (products rounded to it, then to double), the seed words.
+template <class State, class Bound>
+LumStatus initAlloc(State** ppState, State* s, int32_t tag, Bound low, Bound high, unsigned seed,
+                    long double diff, long double sum) {
   if (s == nullptr) return LumErrMemAlloc;
-  s->tag = kTagRand16s;
+  s->tag = tag;
   s->seed = seed;
   s->low = low;
   s->high = high;
-  // The difference and the sum are exact integers; the products are rounded
-  // to the extended format, then to double.
-  const long double diff = static_cast<long double>(static_cast<int32_t>(high) - static_cast<int32_t>(low));
-  const long double sum = static_cast<long double>(static_cast<int32_t>(low) + static_cast<int32_t>(high));
   const long double scale = diff * static_cast<long double>(randScaleK());
   const long double offset = sum * 0.5L;
   s->scale = static_cast<double>(scale);
@@ -61,26 +60,26 @@ LUM_PUBLIC LumStatus lumsRandUniformInitAlloc_16s(LumRandState16s** ppState, Lum
   *ppState = s;
   return LumOk;
 }
+}  // namespace
+
+LUM_PUBLIC LumStatus lumsRandUniformInitAlloc_16s(LumRandState16s** ppState, Lum16s low,
+                                                  Lum16s high, unsigned int seed) {
+  if (ppState == nullptr) return LumErrNullPtr;
+  // The difference and the sum are exact 32-bit integers.
+  return initAlloc(ppState, reinterpret_cast<LumRandState16s*>(lumsMalloc_16s(kRandAllocCount16s)),
+                   kTagRand16s, low, high, seed,
+                   static_cast<long double>(static_cast<int32_t>(high) - static_cast<int32_t>(low)),
+                   static_cast<long double>(static_cast<int32_t>(low) + static_cast<int32_t>(high)));
+}
 
 LUM_PUBLIC LumStatus lumsRandUniformInitAlloc_32f(LumRandState32f** ppState, Lum32f low,
                                                   Lum32f high, unsigned int seed) {
   if (ppState == nullptr) return LumErrNullPtr;
-  LumRandState32f* s = reinterpret_cast<LumRandState32f*>(lumsMalloc_32f(kRandAllocCount32f));
-  if (s == nullptr) return LumErrMemAlloc;
-  s->tag = kTagRand32f;
-  s->seed = seed;
-  s->low = low;
-  s->high = high;
-  // Difference, sum and products in the extended format, then to double.
-  const long double diff = static_cast<long double>(high) - static_cast<long double>(low);
-  const long double sum = static_cast<long double>(low) + static_cast<long double>(high);
-  const long double scale = diff * static_cast<long double>(randScaleK());
-  const long double offset = sum * 0.5L;
-  s->scale = static_cast<double>(scale);
-  s->offset = static_cast<double>(offset);
-  initWords(s, seed);
-  *ppState = s;
-  return LumOk;
+  // The difference and the sum in the extended format.
+  return initAlloc(ppState, reinterpret_cast<LumRandState32f*>(lumsMalloc_32f(kRandAllocCount32f)),
+                   kTagRand32f, low, high, seed,
+                   static_cast<long double>(high) - static_cast<long double>(low),
+                   static_cast<long double>(low) + static_cast<long double>(high));
 }
 
 LUM_PUBLIC LumStatus lumsRandUniform_16s(Lum16s* pDst, int len, LumRandState16s* pState) {

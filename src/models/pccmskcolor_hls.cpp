@@ -195,6 +195,21 @@ inline void store3of4x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
 // ===========================================================================
 // 8u kernels.
 
+namespace {
+// An 8u C3 row: the block loop (SSSE3 or SSE2 network) over the first
+// (width & ~7) pixels, the scalar tail after.
+template <class Step, class Tail>
+inline void row8uC3(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3,
+                    int (*blockSsse3)(const Lum8u*, Lum8u*, int), Step step, Tail tail) {
+  const int block = width & ~(kBlock8uC3 - 1);
+  int x = ssse3 ? blockSsse3(pSrc, pDst, block) : block8uC3<NetSse2>(pSrc, pDst, block, step);
+  for (; x < width; ++x) {
+    const Lum8u* s = pSrc + 3 * x;
+    tail(s[0], s[1], s[2], pDst + 3 * x);
+  }
+}
+}  // namespace
+
 // Forward, C3: 8 pixels a round in two batches of 4 lanes (rounds of 32 or
 // 16 pixels where the row has them), the reciprocal as it stands; the tail
 // refines it.
@@ -206,13 +221,7 @@ void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchanne
   innerRGBToHLS_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
 }
 void innerRGBToHLS_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
-  const int block = width & ~(kBlock8uC3 - 1);
-  int x = ssse3 ? blockRGBToHLS_8u_C3_ssse3(pSrc, pDst, block)
-                : block8uC3<NetSse2>(pSrc, pDst, block, FwdStep{});
-  for (; x < width; ++x) {
-    const Lum8u* s = pSrc + 3 * x;
-    rgbToHls8uTail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+  row8uC3(pSrc, pDst, width, ssse3, blockRGBToHLS_8u_C3_ssse3, FwdStep{}, rgbToHls8uTail);
 }
 
 // Forward, AC4 twin: 4 pixels a round, 16 destination bytes read and written
@@ -244,13 +253,7 @@ void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchanne
   innerHLSToRGB_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
 }
 void innerHLSToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
-  const int block = width & ~(kBlock8uC3 - 1);
-  int x = ssse3 ? blockHLSToRGB_8u_C3_ssse3(pSrc, pDst, block)
-                : block8uC3<NetSse2>(pSrc, pDst, block, InvStep{});
-  for (; x < width; ++x) {
-    const Lum8u* s = pSrc + 3 * x;
-    hlsToRgb8uTail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+  row8uC3(pSrc, pDst, width, ssse3, blockHLSToRGB_8u_C3_ssse3, InvStep{}, hlsToRgb8uTail);
 }
 
 // Inverse, AC4 twin: 4 pixels a round, alpha merged back as in the forward.
@@ -528,38 +531,14 @@ void innerHLSToRGB_32f_AC4R(const Lum32f* pSrc, Lum32f* pDst, int width) {
 // Row drivers: group 1 of the parallel frame (serial below 4097 pixels).
 // Steps in elements: bytes for 8u, halved for 16u and 16s, quartered for 32f.
 
-void myRGBToHLS_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_8u_C3R);
-}
-void myHLSToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_8u_C3R);
-}
-void myRGBToHLS_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_16u_C3R);
-}
-void myHLSToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_16u_C3R);
-}
-void myRGBToHLS_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_16s_C3R);
-}
-void myHLSToRGB_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_16s_C3R);
-}
-void myRGBToHLS_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHLS_32f_C3R);
-}
-void myHLSToRGB_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHLSToRGB_32f_C3R);
-}
+LUM_MODEL_DRIVER_GROUP1(myRGBToHLS_8u_C3R, Lum8u, innerRGBToHLS_8u_C3R)
+LUM_MODEL_DRIVER_GROUP1(myHLSToRGB_8u_C3R, Lum8u, innerHLSToRGB_8u_C3R)
+LUM_MODEL_DRIVER_GROUP1(myRGBToHLS_16u_C3R, Lum16u, innerRGBToHLS_16u_C3R)
+LUM_MODEL_DRIVER_GROUP1(myHLSToRGB_16u_C3R, Lum16u, innerHLSToRGB_16u_C3R)
+LUM_MODEL_DRIVER_GROUP1(myRGBToHLS_16s_C3R, Lum16s, innerRGBToHLS_16s_C3R)
+LUM_MODEL_DRIVER_GROUP1(myHLSToRGB_16s_C3R, Lum16s, innerHLSToRGB_16s_C3R)
+LUM_MODEL_DRIVER_GROUP1(myRGBToHLS_32f_C3R, Lum32f, innerRGBToHLS_32f_C3R)
+LUM_MODEL_DRIVER_GROUP1(myHLSToRGB_32f_C3R, Lum32f, innerHLSToRGB_32f_C3R)
 
 // ===========================================================================
 // Public functions: pattern P1 (pointers, then size; steps not checked), then

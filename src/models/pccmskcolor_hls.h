@@ -53,12 +53,6 @@ constexpr uint32_t kBitsInv60 = 0x3C888889u;     // 0.016666668  1/60
 constexpr uint32_t kBitsHalfLess = 0x3EFFFEB0u;  // 0.49998999   16s tail rounding
 constexpr uint32_t kBitsGrey32f = 0x34000000u;   // 1.1920929e-7 32f grey threshold
 
-inline float floatFromBits(uint32_t bits) {
-  float f;
-  memcpy(&f, &bits, sizeof f);
-  return f;
-}
-
 // Float comparisons and selections written once, so that a scalar form and
 // its vector twin treat every value (NaN included) alike: max/min as
 // maxps/minps do (the second operand unless the first is greater/less).

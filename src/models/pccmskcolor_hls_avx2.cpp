@@ -114,29 +114,37 @@ inline void store3x8f(Lum32f* p, __m256 s0, __m256 s1, __m256 s2) {
   store2x4f(p + 8, p + 20, _mm256_shuffle_ps(t1, t2, _MM_SHUFFLE(3, 1, 3, 1)));
 }
 
-}  // namespace
-
-int blockRGBToHLS_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end) {
+// A 32f C3 block loop, 8 pixels a round: step(three channel registers) gives
+// the three output registers.
+template <class Step>
+inline int block32fC3(const Lum32f* pSrc, Lum32f* pDst, int end, Step step) {
   int x = 0;
   for (; x + 8 <= end; x += 8) {
     hlsblocks::prefetchAhead(pSrc + 3 * x);
     hlsblocks::prefetchAhead(pSrc + 3 * x + 12);
-    __m256 c[3];
+    __m256 c[3], o[3];
     load3x8f(pSrc + 3 * x, c);
-    const Hls32f8 o = rgbToHls32fVec8(c[0], c[1], c[2]);
-    store3x8f(pDst + 3 * x, o.H, o.L, o.S);
+    step(c, o);
+    store3x8f(pDst + 3 * x, o[0], o[1], o[2]);
   }
   return x;
 }
+
+}  // namespace
+
+int blockRGBToHLS_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end) {
+  return block32fC3(pSrc, pDst, end, [](const __m256* c, __m256* o) {
+    const Hls32f8 r = rgbToHls32fVec8(c[0], c[1], c[2]);
+    o[0] = r.H;
+    o[1] = r.L;
+    o[2] = r.S;
+  });
+}
 int blockHLSToRGB_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end) {
-  int x = 0;
-  for (; x + 8 <= end; x += 8) {
-    hlsblocks::prefetchAhead(pSrc + 3 * x);
-    hlsblocks::prefetchAhead(pSrc + 3 * x + 12);
-    __m256 c[3];
-    load3x8f(pSrc + 3 * x, c);
-    const Rgb8 o = hlsToRgbBlockVec8(_mm256_mul_ps(c[0], splat8(360.0f)), c[1], c[2]);
-    store3x8f(pDst + 3 * x, o.R, o.G, o.B);
-  }
-  return x;
+  return block32fC3(pSrc, pDst, end, [](const __m256* c, __m256* o) {
+    const Rgb8 r = hlsToRgbBlockVec8(_mm256_mul_ps(c[0], splat8(360.0f)), c[1], c[2]);
+    o[0] = r.R;
+    o[1] = r.G;
+    o[2] = r.B;
+  });
 }

@@ -33,9 +33,6 @@ namespace {
 
 // ---------------------------------------------------------------------------
 // Vector forms of the element-type differences.
-inline __m128 vFloatFromBits(uint32_t bits) {
-  return _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(bits)));
-}
 
 template <class T>
 struct VecOps;
@@ -475,22 +472,10 @@ void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int ncha
 // Row drivers (group 1): serial below 4097 pixels, a static parallel loop
 // over rows otherwise.  8u steps are bytes, 16u steps elements.
 
-void myRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHSV_8u_C3R);
-}
-void myHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHSVToRGB_8u_C3R);
-}
-void myRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerRGBToHSV_16u_C3R);
-}
-void myHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels) {
-  modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, innerHSVToRGB_16u_C3R);
-}
+LUM_MODEL_DRIVER_GROUP1(myRGBToHSV_8u_C3R, Lum8u, innerRGBToHSV_8u_C3R)
+LUM_MODEL_DRIVER_GROUP1(myHSVToRGB_8u_C3R, Lum8u, innerHSVToRGB_8u_C3R)
+LUM_MODEL_DRIVER_GROUP1(myRGBToHSV_16u_C3R, Lum16u, innerRGBToHSV_16u_C3R)
+LUM_MODEL_DRIVER_GROUP1(myHSVToRGB_16u_C3R, Lum16u, innerHSVToRGB_16u_C3R)
 
 // ===========================================================================
 // Public functions: pattern P1 (pointers, then size), then one call.  The

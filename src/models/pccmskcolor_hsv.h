@@ -35,12 +35,6 @@ constexpr uint32_t kBitsDeg16u = 0x3BB400B4u;    // 0.005493248  360/65535
 constexpr uint32_t kBitsInv255 = 0x3B808081u;    // 0.003921569  1/255
 constexpr uint32_t kBitsInv65535 = 0x37800080u;  // 1.5259e-05   1/65535
 
-inline float floatFromBits(uint32_t bits) {
-  float f;
-  memcpy(&f, &bits, sizeof f);
-  return f;
-}
-
 // The element types: K full scale, Q hue steps a sextant, D hue step in
 // degrees, E = 1/K.  rcp is the kernel's reciprocal.
 struct Hsv8u {
@@ -74,17 +68,24 @@ inline int satBlock16u(int v) {
 // ---------------------------------------------------------------------------
 // Forward, RGB to HSV.  out = H, S, V.
 
+// Largest and smallest of three samples, compared as the kernels do.
+inline float max3(float R, float G, float B) {
+  const float v = R > G ? R : G;
+  return v > B ? v : B;
+}
+inline float min3(float R, float G, float B) {
+  const float m = R < G ? R : G;
+  return m < B ? m : B;
+}
+
 // Tail: branches for black and grey, the last true sextant test wins, H and
 // S rounded in the mode in force, the low bits stored.
 template <class T>
 inline void rgbToHsvTail(int r, int g, int b, typename T::Elem out[3]) {
   using E = typename T::Elem;
   const float R = static_cast<float>(r), G = static_cast<float>(g), B = static_cast<float>(b);
-  float V = R > G ? R : G;
-  V = V > B ? V : B;
-  float m = R < G ? R : G;
-  m = m < B ? m : B;
-  const float d = V - m;
+  const float V = max3(R, G, B);
+  const float d = V - min3(R, G, B);
   out[2] = static_cast<E>(cvtRound(V));
   if (V == 0.0f || d == 0.0f) {
     out[0] = 0;
@@ -123,11 +124,8 @@ template <class T>
 inline void rgbToHsvBlock(int r, int g, int b, typename T::Elem out[3]) {
   using E = typename T::Elem;
   const float R = static_cast<float>(r), G = static_cast<float>(g), B = static_cast<float>(b);
-  float V = R > G ? R : G;
-  V = V > B ? V : B;
-  float m = R < G ? R : G;
-  m = m < B ? m : B;
-  const float d = V - m;
+  const float V = max3(R, G, B);
+  const float d = V - min3(R, G, B);
   out[2] = static_cast<E>(blockConvert<T>(V));
   const bool flagged = V == 0.0f || d == 0.0f;
   if (flagged) {
