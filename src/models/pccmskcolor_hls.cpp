@@ -51,7 +51,7 @@ struct NetSse2 {
     for (int j = 0; j < 4; ++j) step(in[j], o[j]);
     for (int k = 0; k < 3; ++k)
       out[k] = _mm_packus_epi16(_mm_packs_epi32(o[0][k], o[1][k]),
-                                _mm_packs_epi32(o[2][k], o[3][k]));
+          _mm_packs_epi32(o[2][k], o[3][k]));
   }
   template <class Step>
   static void round(const Lum8u* s, Lum8u* d, Step step) {
@@ -193,6 +193,26 @@ inline void store3of4x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
 }  // namespace
 
 // ===========================================================================
+// The row of every 4-pixel kernel: block4(src, dst) converts the 4 pixels at
+// src into dst over the first (width & ~3) pixels, the scalar tail the rest;
+// Stride is the pixel's sample count.
+namespace {
+template <int Stride, class T, class Block4, class Tail>
+inline void rowBy4(const T* pSrc, T* pDst, int width, Block4 block4, Tail tail) {
+  const int block = width & ~(kBlock - 1);
+  int x = 0;
+  for (; x < block; x += kBlock) {
+    prefetchAhead(pSrc + Stride * x);
+    block4(pSrc + Stride * x, pDst + Stride * x);
+  }
+  for (; x < width; ++x) {
+    const T* s = pSrc + Stride * x;
+    tail(s[0], s[1], s[2], pDst + Stride * x);
+  }
+}
+}  // namespace
+
+// ===========================================================================
 // 8u kernels.
 
 namespace {
@@ -200,7 +220,7 @@ namespace {
 // (width & ~7) pixels, the scalar tail after.
 template <class Step, class Tail>
 inline void row8uC3(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3,
-                    int (*blockSsse3)(const Lum8u*, Lum8u*, int), Step step, Tail tail) {
+         int (*blockSsse3)(const Lum8u*, Lum8u*, int), Step step, Tail tail) {
   const int block = width & ~(kBlock8uC3 - 1);
   int x = ssse3 ? blockSsse3(pSrc, pDst, block) : block8uC3<NetSse2>(pSrc, pDst, block, step);
   for (; x < width; ++x) {
@@ -227,20 +247,13 @@ void innerRGBToHLS_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 // Forward, AC4 twin: 4 pixels a round, 16 destination bytes read and written
 // back with their alpha bytes as they were.
 void inner_RGBToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  const int block = width & ~(kBlock - 1);
   const __m128i keep = alphaMask8u();
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<4>(pSrc, pDst, width, [&](const Lum8u* src, Lum8u* dst) {
     __m128i c[4];
-    prefetchAhead(pSrc + 4 * x);
-    load4x4b(pSrc + 4 * x, c);
+    load4x4b(src, c);
     const FwdVec o = rgbToHls8uBlockVec(c[0], c[1], c[2]);
-    mergeStore(pDst + 4 * x, pack3to4x4b(o.H, o.L, o.S), keep);
-  }
-  for (; x < width; ++x) {
-    const Lum8u* s = pSrc + 4 * x;
-    rgbToHls8uTail(s[0], s[1], s[2], pDst + 4 * x);
-  }
+    mergeStore(dst, pack3to4x4b(o.H, o.L, o.S), keep);
+  }, rgbToHls8uTail);
 }
 
 // Inverse, C3: 8 pixels a round in two batches of 4 lanes (rounds of 32 or
@@ -258,20 +271,13 @@ void innerHLSToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 
 // Inverse, AC4 twin: 4 pixels a round, alpha merged back as in the forward.
 void inner_HLSToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  const int block = width & ~(kBlock - 1);
   const __m128i keep = alphaMask8u();
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<4>(pSrc, pDst, width, [&](const Lum8u* src, Lum8u* dst) {
     __m128i c[4], rgb[3];
-    prefetchAhead(pSrc + 4 * x);
-    load4x4b(pSrc + 4 * x, c);
+    load4x4b(src, c);
     hlsToRgb8uBlockVec(c[0], c[1], c[2], rgb);
-    mergeStore(pDst + 4 * x, pack3to4x4b(rgb[0], rgb[1], rgb[2]), keep);
-  }
-  for (; x < width; ++x) {
-    const Lum8u* s = pSrc + 4 * x;
-    hlsToRgb8uTail(s[0], s[1], s[2], pDst + 4 * x);
-  }
+    mergeStore(dst, pack3to4x4b(rgb[0], rgb[1], rgb[2]), keep);
+  }, hlsToRgb8uTail);
 }
 
 // ===========================================================================
@@ -282,40 +288,26 @@ void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int ncha
     inner_RGBToHLS_16u_AC4R(pSrc, pDst, width);
     return;
   }
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<3>(pSrc, pDst, width, [&](const Lum16u* src, Lum16u* dst) {
     __m128i c[3];
-    prefetchAhead(pSrc + 3 * x);
-    load3x4w(pSrc + 3 * x, c);
+    load3x4w(src, c);
     const FwdVec o = rgbToHls16uBlockVec(c[0], c[1], c[2]);
-    store3x4w(pDst + 3 * x, o.H, o.L, o.S, [](__m128i a, __m128i b) { return vPackS32U16(a, b); });
-  }
-  for (; x < width; ++x) {
-    const Lum16u* s = pSrc + 3 * x;
-    rgbToHls16uTail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+    store3x4w(dst, o.H, o.L, o.S, [](__m128i a, __m128i b) { return vPackS32U16(a, b); });
+  }, rgbToHls16uTail);
 }
 
 // Each 4-word pixel is one 64-bit word, written back with its alpha word as
 // it was.
 void inner_RGBToHLS_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
-  const int block = width & ~(kBlock - 1);
   const __m128i keep = alphaMask16();
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<4>(pSrc, pDst, width, [&](const Lum16u* src, Lum16u* dst) {
     __m128i c[3], px[2];
-    prefetchAhead(pSrc + 4 * x);
-    load4x4w(pSrc + 4 * x, c);
+    load4x4w(src, c);
     const FwdVec o = rgbToHls16uBlockVec(c[0], c[1], c[2]);
     interleave3to4x4w(vPackS32U16(o.H, o.L), vPackS32U16(o.S, o.S), px);
-    mergeStore(pDst + 4 * x, px[0], keep);
-    mergeStore(pDst + 4 * x + 8, px[1], keep);
-  }
-  for (; x < width; ++x) {
-    const Lum16u* s = pSrc + 4 * x;
-    rgbToHls16uTail(s[0], s[1], s[2], pDst + 4 * x);
-  }
+    mergeStore(dst, px[0], keep);
+    mergeStore(dst + 8, px[1], keep);
+  }, rgbToHls16uTail);
 }
 
 void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
@@ -323,39 +315,25 @@ void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int ncha
     inner_HLSToRGB_16u_AC4R(pSrc, pDst, width);
     return;
   }
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<3>(pSrc, pDst, width, [&](const Lum16u* src, Lum16u* dst) {
     __m128i c[3], rgb[3];
-    prefetchAhead(pSrc + 3 * x);
-    load3x4w(pSrc + 3 * x, c);
+    load3x4w(src, c);
     hlsToRgb16uBlockVec(c[0], c[1], c[2], rgb);
-    store3x4w(pDst + 3 * x, rgb[0], rgb[1], rgb[2],
+    store3x4w(dst, rgb[0], rgb[1], rgb[2],
               [](__m128i a, __m128i b) { return narrow16uInvVec(a, b); });
-  }
-  for (; x < width; ++x) {
-    const Lum16u* s = pSrc + 3 * x;
-    hlsToRgb16uTail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+  }, hlsToRgb16uTail);
 }
 
 void inner_HLSToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
-  const int block = width & ~(kBlock - 1);
   const __m128i keep = alphaMask16();
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<4>(pSrc, pDst, width, [&](const Lum16u* src, Lum16u* dst) {
     __m128i c[3], rgb[3], px[2];
-    prefetchAhead(pSrc + 4 * x);
-    load4x4w(pSrc + 4 * x, c);
+    load4x4w(src, c);
     hlsToRgb16uBlockVec(c[0], c[1], c[2], rgb);
     interleave3to4x4w(narrow16uInvVec(rgb[0], rgb[1]), narrow16uInvVec(rgb[2], rgb[2]), px);
-    mergeStore(pDst + 4 * x, px[0], keep);
-    mergeStore(pDst + 4 * x + 8, px[1], keep);
-  }
-  for (; x < width; ++x) {
-    const Lum16u* s = pSrc + 4 * x;
-    hlsToRgb16uTail(s[0], s[1], s[2], pDst + 4 * x);
-  }
+    mergeStore(dst, px[0], keep);
+    mergeStore(dst + 8, px[1], keep);
+  }, hlsToRgb16uTail);
 }
 
 // ===========================================================================
@@ -373,38 +351,24 @@ void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int ncha
     inner_RGBToHLS_16s_AC4R(pSrc, pDst, width);
     return;
   }
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<3>(pSrc, pDst, width, [&](const Lum16s* src, Lum16s* dst) {
     __m128i c[3];
-    prefetchAhead(pSrc + 3 * x);
-    load3x4wBiased(pSrc + 3 * x, c);
+    load3x4wBiased(src, c);
     const FwdVec o = rgbToHls16sBlockVec(c[0], c[1], c[2]);
-    store3x4w(reinterpret_cast<Lum16u*>(pDst + 3 * x), o.H, o.L, o.S,
+    store3x4w(reinterpret_cast<Lum16u*>(dst), o.H, o.L, o.S,
               [](__m128i a, __m128i b) { return narrow16sVec(a, b); });
-  }
-  for (; x < width; ++x) {
-    const Lum16s* s = pSrc + 3 * x;
-    rgbToHls16sTail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+  }, rgbToHls16sTail);
 }
 
 void inner_RGBToHLS_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<4>(pSrc, pDst, width, [&](const Lum16s* src, Lum16s* dst) {
     __m128i c[3], px[2];
-    prefetchAhead(pSrc + 4 * x);
-    load4x4wBiased(pSrc + 4 * x, c);
+    load4x4wBiased(src, c);
     const FwdVec o = rgbToHls16sBlockVec(c[0], c[1], c[2]);
     interleave3to4x4w(narrow16sVec(o.H, o.L), narrow16sVec(o.S, o.S), px);
-    store16sPieces(pDst + 4 * x, px[0]);
-    store16sPieces(pDst + 4 * x + 8, px[1]);
-  }
-  for (; x < width; ++x) {
-    const Lum16s* s = pSrc + 4 * x;
-    rgbToHls16sTail(s[0], s[1], s[2], pDst + 4 * x);
-  }
+    store16sPieces(dst, px[0]);
+    store16sPieces(dst + 8, px[1]);
+  }, rgbToHls16sTail);
 }
 
 void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels) {
@@ -412,38 +376,24 @@ void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int ncha
     inner_HLSToRGB_16s_AC4R(pSrc, pDst, width);
     return;
   }
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<3>(pSrc, pDst, width, [&](const Lum16s* src, Lum16s* dst) {
     __m128i c[3], rgb[3];
-    prefetchAhead(pSrc + 3 * x);
-    load3x4wBiased(pSrc + 3 * x, c);
+    load3x4wBiased(src, c);
     hlsToRgb16sBlockVec(c[0], c[1], c[2], rgb);
-    store3x4w(reinterpret_cast<Lum16u*>(pDst + 3 * x), rgb[0], rgb[1], rgb[2],
+    store3x4w(reinterpret_cast<Lum16u*>(dst), rgb[0], rgb[1], rgb[2],
               [](__m128i a, __m128i b) { return vPackS32S16(a, b); });
-  }
-  for (; x < width; ++x) {
-    const Lum16s* s = pSrc + 3 * x;
-    hlsToRgb16sTail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+  }, hlsToRgb16sTail);
 }
 
 void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
+  rowBy4<4>(pSrc, pDst, width, [&](const Lum16s* src, Lum16s* dst) {
     __m128i c[3], rgb[3], px[2];
-    prefetchAhead(pSrc + 4 * x);
-    load4x4wBiased(pSrc + 4 * x, c);
+    load4x4wBiased(src, c);
     hlsToRgb16sBlockVec(c[0], c[1], c[2], rgb);
     interleave3to4x4w(_mm_packs_epi32(rgb[0], rgb[1]), _mm_packs_epi32(rgb[2], rgb[2]), px);
-    store16sPieces(pDst + 4 * x, px[0]);
-    store16sPieces(pDst + 4 * x + 8, px[1]);
-  }
-  for (; x < width; ++x) {
-    const Lum16s* s = pSrc + 4 * x;
-    hlsToRgb16sTail(s[0], s[1], s[2], pDst + 4 * x);
-  }
+    store16sPieces(dst, px[0]);
+    store16sPieces(dst + 8, px[1]);
+  }, hlsToRgb16sTail);
 }
 
 // ===========================================================================
@@ -457,7 +407,7 @@ void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int ncha
   innerRGBToHLS_32f_C3R_path(pSrc, pDst, width, nchannels, cpuHasAvx2());
 }
 void innerRGBToHLS_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
-                                bool avx2) {
+          bool avx2) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
   if (nchannels == 3) {
