@@ -316,18 +316,19 @@ INSTANTIATE_TEST_SUITE_P(AllSixteen, Hls, ::testing::ValuesIn(allFunctions()),
 // processor has it) SSSE3: each against the scalar forms at every width, in
 // rounds of 32, 16 and 8 pixels and the tail, nothing written outside the row.
 TEST(Hls8uNetworks, BothPathsMatchScalarForms) {
-  using PathFn = void (*)(const Lum8u*, Lum8u*, int, bool);
+  using PubFn = LumStatus (*)(const Lum8u*, int, Lum8u*, int, LumSize);
   const struct {
     const char* name;
-    PathFn kernel;
-  } kernels[] = {{"RGBToHLS_8u_C3R", innerRGBToHLS_8u_C3R_path},
-                 {"HLSToRGB_8u_C3R", innerHLSToRGB_8u_C3R_path}};
+    PubFn kernel;
+  } kernels[] = {{"RGBToHLS_8u_C3R", lumiRGBToHLS_8u_C3R},
+                 {"HLSToRGB_8u_C3R", lumiHLSToRGB_8u_C3R}};
   std::vector<int> widths = lumtest::widthsUpTo(70);
   for (int w : {95, 96, 103, 104, 111, 112, 119, 120, 127, 128, 129, 1001}) widths.push_back(w);
   std::mt19937 rng(123);
   for (const auto& k : kernels)
-    for (bool ssse3 : {false, true}) {
-      if (ssse3 && !cpuHasSsse3()) continue;
+    for (lum::Isa level : lumtest::isaLevels()) {
+      const lumtest::IsaCap cap(level);
+      const bool ssse3 = level >= lum::kIsaSsse3;
       const Fn& f = fn(k.name);
       for (int w : widths) {
         const int h = 2;
@@ -336,7 +337,7 @@ TEST(Hls8uNetworks, BothPathsMatchScalarForms) {
         fill(*src, f, w, rng);
         dst->fillRandom(rng);
         const std::vector<uint8_t> before = dst->regionBytes();
-        for (int y = 0; y < h; ++y) k.kernel(src->row(y), dst->row(y), w, ssse3);
+        ASSERT_EQ(k.kernel(src->row(0), src->step(), dst->row(0), dst->step(), LumSize{w, h}), LumOk);
         expectScalarForms(f, *src, *dst, before, w, h);
         ASSERT_FALSE(HasFatalFailure()) << k.name << (ssse3 ? " SSSE3" : " SSE2") << " w=" << w;
         ASSERT_TRUE(dst->guardsIntact()) << k.name << (ssse3 ? " SSSE3" : " SSE2") << " w=" << w;
@@ -427,7 +428,9 @@ void expectForward32fMatchesScalar(int nch, bool avx2, std::mt19937& rng) {
     }
     for (float& v : dst) v = static_cast<float>(rng() % 1000);
     before = dst;
-    innerRGBToHLS_32f_C3R_path(src.data(), dst.data(), w, nch, avx2);
+    const lumtest::IsaCap cap(avx2 ? lum::kIsaAvx2 : lum::kIsaSse2);
+    const int step = static_cast<int>(sizeof(float)) * nch * w;
+    ASSERT_EQ((nch == 3 ? lumiRGBToHLS_32f_C3R : lumiRGBToHLS_32f_AC4R)(src.data(), step, dst.data(), step, LumSize{w, 1}), LumOk);
     for (int x = 0; x < w; ++x) {
       float want[3];
       const float* s = &src[x * nch];
@@ -453,10 +456,9 @@ void expectInverse32fMatchesScalar(int nch, bool avx2, std::mt19937& rng) {
   for (int w = 1; w <= 70; ++w) {
     std::vector<float> in(w * nch), out(w * nch);
     for (int x = 0; x < w; ++x) gen.pixel(&in[x * nch]);
-    if (nch == 3)
-      innerHLSToRGB_32f_C3R_path(in.data(), out.data(), w, avx2);
-    else
-      innerHLSToRGB_32f_C3R(in.data(), out.data(), w, nch);
+    const lumtest::IsaCap cap(avx2 ? lum::kIsaAvx2 : lum::kIsaSse2);
+    const int step = static_cast<int>(sizeof(float)) * nch * w;
+    ASSERT_EQ((nch == 3 ? lumiHLSToRGB_32f_C3R : lumiHLSToRGB_32f_AC4R)(in.data(), step, out.data(), step, LumSize{w, 1}), LumOk);
     for (int x = 0; x < w; ++x) {
       float want[3];
       const float* s = &in[x * nch];
@@ -479,7 +481,7 @@ TEST(HlsFloat, VectorFormsMatchScalarFormsOnAwkwardValues) {
        {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO}) {
     RoundingMode scope(mode);
     for (bool avx2 : {false, true}) {
-      if (avx2 && !cpuHasAvx2()) continue;
+      if (avx2 && lum::processorIsa() < lum::kIsaAvx2) continue;
       for (int nch : {3, 4}) {
         if (avx2 && nch == 4) continue;  // the AC4 stride has no AVX2 loop
         for (int rep = 0; rep < 4; ++rep) {

@@ -314,26 +314,23 @@ struct RoundingScope {
 };
 
 TEST(HsvPaths, EveryPathMatchesTheScalarFormsInEveryRoundingMode) {
-  using Path8 = void (*)(const Lum8u*, Lum8u*, int, HsvPath);
-  using Path16 = void (*)(const Lum16u*, Lum16u*, int, HsvPath);
+  using Pub8 = LumStatus (*)(const Lum8u*, int, Lum8u*, int, LumSize);
+  using Pub16 = LumStatus (*)(const Lum16u*, int, Lum16u*, int, LumSize);
   const struct {
     const char* fn;
-    Path8 p8;
-    Path16 p16;
+    Pub8 p8;
+    Pub16 p16;
   } kernels[] = {
-      {"RGBToHSV_8u_C3R", innerRGBToHSV_8u_C3R_path, nullptr},
-      {"HSVToRGB_8u_C3R", innerHSVToRGB_8u_C3R_path, nullptr},
-      {"RGBToHSV_8u_AC4R", innerRGBToHSV_8u_AC4R_path, nullptr},
-      {"HSVToRGB_8u_AC4R", innerHSVToRGB_8u_AC4R_path, nullptr},
-      {"RGBToHSV_16u_C3R", nullptr, innerRGBToHSV_16u_C3R_path},
-      {"HSVToRGB_16u_C3R", nullptr, innerHSVToRGB_16u_C3R_path},
-      {"RGBToHSV_16u_AC4R", nullptr, innerRGBToHSV_16u_AC4R_path},
-      {"HSVToRGB_16u_AC4R", nullptr, innerHSVToRGB_16u_AC4R_path},
+      {"RGBToHSV_8u_C3R", lumiRGBToHSV_8u_C3R, nullptr},
+      {"HSVToRGB_8u_C3R", lumiHSVToRGB_8u_C3R, nullptr},
+      {"RGBToHSV_8u_AC4R", lumiRGBToHSV_8u_AC4R, nullptr},
+      {"HSVToRGB_8u_AC4R", lumiHSVToRGB_8u_AC4R, nullptr},
+      {"RGBToHSV_16u_C3R", nullptr, lumiRGBToHSV_16u_C3R},
+      {"HSVToRGB_16u_C3R", nullptr, lumiHSVToRGB_16u_C3R},
+      {"RGBToHSV_16u_AC4R", nullptr, lumiRGBToHSV_16u_AC4R},
+      {"HSVToRGB_16u_AC4R", nullptr, lumiHSVToRGB_16u_AC4R},
   };
-  std::vector<HsvPath> paths{kHsvPathSse2};
-  if (lum::cpuHasSsse3()) paths.push_back(kHsvPathSsse3);
-  if (lum::cpuHasAvx2()) paths.push_back(kHsvPathAvx2);
-  EXPECT_EQ(hsvBestPath(), paths.back());
+  const std::vector<lum::Isa> paths = lumtest::isaLevels();
   std::vector<int> widths = lumtest::widthsUpTo(100);
   for (int w : {127, 131, 259}) widths.push_back(w);
   const unsigned kModes[] = {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO};
@@ -365,20 +362,23 @@ TEST(HsvPaths, EveryPathMatchesTheScalarFormsInEveryRoundingMode) {
                               getS(src, f.es, f.ch * x + 1), getS(src, f.es, f.ch * x + 2));
           for (int c = 0; c < 3; ++c) setS(want.data() + kGuard, f.es, f.ch * x + c, p[c]);
         }
-        for (HsvPath path : paths) {
+        for (lum::Isa path : paths) {
+          const lumtest::IsaCap cap(path);
           std::vector<uint64_t> dstStore(fill.size() / 8 + 2);
           uint8_t* dst = reinterpret_cast<uint8_t*>(dstStore.data()) + 2 * (w % 3);
           memcpy(dst, fill.data(), fill.size());
+          const LumSize row{w, 1};
           if (f.es == 1) {
-            k.p8(src, dst + kGuard, w, path);
+            ASSERT_EQ(k.p8(src, rowBytes, dst + kGuard, rowBytes, row), LumOk);
           } else {
-            k.p16(reinterpret_cast<const Lum16u*>(src), reinterpret_cast<Lum16u*>(dst + kGuard),
-                  w, path);
+            ASSERT_EQ(k.p16(reinterpret_cast<const Lum16u*>(src), rowBytes,
+                            reinterpret_cast<Lum16u*>(dst + kGuard), rowBytes, row),
+                      LumOk);
           }
           for (size_t i = 0; i < want.size(); ++i) {
             const long at = static_cast<long>(i) - kGuard;
             ASSERT_EQ(dst[i], want[i])
-                << k.fn << " path=" << path << " mode=" << mode << " w=" << w
+                << k.fn << " path=" << lumtest::isaName(path) << " mode=" << mode << " w=" << w
                 << (at < 0 || at >= rowBytes ? " guard byte " : " byte ") << at
                 << (at >= 0 && at < rowBytes ? " pixel " + std::to_string(at / (f.ch * f.es)) : "");
           }

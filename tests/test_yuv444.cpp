@@ -317,10 +317,9 @@ TEST(Yuv444Checks, PlanePointerOrder) {
   EXPECT_EQ(lumiYUVToRGB_8u_AC4R(buf, 4, nullptr, 4, LumSize{1, 1}), LumErrNullPtr);
 }
 
-// The pixel-order kernels' two block paths (SSE2 network, SSSE3 shuffles)
-// give the same bytes as the scalar forms, row by row, at every width.
-TEST(Yuv444Paths, Sse2AndSsse3BlockPathsAgree) {
-  const bool haveSsse3 = lum::cpuHasSsse3();
+// The pixel-order kernels give the bytes of the scalar forms, row by row, at
+// every width and every instruction-set level (SSE2 network, SSSE3 shuffles).
+TEST(Yuv444Paths, EveryLevelGivesTheScalarForms) {
   std::mt19937 rng(99);
   for (int w = 1; w <= 200; ++w) {
     std::vector<uint8_t> src(3 * w), p0(w), p1(w), p2(w);
@@ -330,8 +329,10 @@ TEST(Yuv444Paths, Sse2AndSsse3BlockPathsAgree) {
       p1[i] = src[3 * i + 1];
       p2[i] = src[3 * i + 2];
     }
-    for (bool ssse3 : {false, true}) {
-      if (ssse3 && !haveSsse3) continue;
+    for (lum::Isa level : lumtest::isaLevels()) {
+      const lumtest::IsaCap cap(level);
+      const char* ssse3 = lumtest::isaName(level);
+      const LumSize row{w, 1};
       std::vector<uint8_t> c3(3 * w + 1, 0xCD), y(w + 1, 0xCD), u(w + 1, 0xCD), v(w + 1, 0xCD);
       auto check = [&](const std::vector<uint8_t>& got, int stride, PixFn blockFn, PixFn tailFn,
                        int block, const char* what, bool planar) {
@@ -345,15 +346,19 @@ TEST(Yuv444Paths, Sse2AndSsse3BlockPathsAgree) {
           }
         }
       };
-      innerRGBToYUV_8u_C3R_path(src.data(), c3.data(), w, ssse3);
+      ASSERT_EQ(lumiRGBToYUV_8u_C3R(src.data(), 3 * w, c3.data(), 3 * w, row), LumOk);
       check(c3, 3, F1, F3, 16, "RGBToYUV_C3R", false);
       ASSERT_EQ(c3[3 * w], 0xCD);
-      innerYUVToRGB_8u_C3R_path(src.data(), c3.data(), w, ssse3);
+      ASSERT_EQ(lumiYUVToRGB_8u_C3R(src.data(), 3 * w, c3.data(), 3 * w, row), LumOk);
       check(c3, 3, G1, G1, 8, "YUVToRGB_C3R", false);
-      innerRGBToYUV_8u_C3P3R_path(src.data(), y.data(), u.data(), v.data(), w, ssse3);
+      Lum8u* const planes[3] = {y.data(), u.data(), v.data()};
+      ASSERT_EQ(lumiRGBToYUV_8u_C3P3R(src.data(), 3 * w, planes, w, row), LumOk);
       check(c3, 3, F1, F5, 8, "RGBToYUV_C3P3R", true);
       ASSERT_EQ(y[w], 0xCD);
-      innerYUVToRGB_8u_P3C3R_path(p0.data(), p1.data(), p2.data(), c3.data(), w, ssse3);
+      ASSERT_EQ(u[w], 0xCD);
+      ASSERT_EQ(v[w], 0xCD);
+      const Lum8u* const srcPlanes[3] = {p0.data(), p1.data(), p2.data()};
+      ASSERT_EQ(lumiYUVToRGB_8u_P3C3R(srcPlanes, w, c3.data(), 3 * w, row), LumOk);
       for (int x = 0; x < w; ++x) {
         const Pix want = G4(p0[x], p1[x], p2[x]);
         for (int k = 0; k < 3; ++k) ASSERT_EQ(c3[3 * x + k], want[k]) << "P3C3R w=" << w;
@@ -367,19 +372,20 @@ TEST(Yuv444Paths, Sse2AndSsse3BlockPathsAgree) {
 // masks) give the same bytes, and neither touches alpha nor the bytes after
 // the row.
 TEST(Yuv444Paths, Ac4StoresAgreeAndKeepAlpha) {
-  const bool haveMasked = lum::cpuHasAvx512Masked();
   std::mt19937 rng(5);
   for (int w = 1; w <= 100; ++w) {
     std::vector<uint8_t> src(4 * w);
     for (auto& b : src) b = static_cast<uint8_t>(rng() >> 24);
-    for (bool masked : {false, true}) {
-      if (masked && !haveMasked) continue;
+    for (lum::Isa level : lumtest::isaLevels()) {
+      const lumtest::IsaCap cap(level);
+      const char* masked = lumtest::isaName(level);
       for (int fwd = 0; fwd < 2; ++fwd) {
         std::vector<uint8_t> dst(4 * w + 16);
         for (size_t i = 0; i < dst.size(); ++i) dst[i] = static_cast<uint8_t>(i * 37 + 11);
         const std::vector<uint8_t> before = dst;
-        if (fwd) innerRGBToYUV_8u_AC4R_path(src.data(), dst.data(), w, masked);
-        else innerYUVToRGB_8u_AC4R_path(src.data(), dst.data(), w, masked);
+        const LumSize row{w, 1};
+        if (fwd) ASSERT_EQ(lumiRGBToYUV_8u_AC4R(src.data(), 4 * w, dst.data(), 4 * w, row), LumOk);
+        else ASSERT_EQ(lumiYUVToRGB_8u_AC4R(src.data(), 4 * w, dst.data(), 4 * w, row), LumOk);
         const int end = w & ~7;
         for (int x = 0; x < w; ++x) {
           const int a = src[4 * x], b = src[4 * x + 1], c = src[4 * x + 2];

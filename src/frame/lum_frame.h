@@ -8,12 +8,14 @@
 
 #include <omp.h>
 #include <stdint.h>
+#include <xmmintrin.h>
 
 #include <stddef.h>
 
 #include <initializer_list>
 #include <type_traits>
 
+#include "frame/lum_cpu.h"
 #include "lumcc.h"
 
 // Public entry points of this library.
@@ -156,12 +158,42 @@ inline int32_t pixelCount32(int width, int height) {
   return static_cast<int32_t>(static_cast<uint32_t>(width) * static_cast<uint32_t>(height));
 }
 
+// The bits of the SSE control register that decide a result: rounding
+// control (13-14), flush to zero (15) and denormals are zero (6).
+constexpr unsigned kCsrModeBits = 0x6000u | 0x8000u | 0x0040u;
+
+// The control register is per thread, and a worker of the team keeps its own
+// mode.  Every thread of a region therefore computes under the caller's mode
+// bits, read before the region: a worker whose bits differ takes the caller's
+// for the rows it runs and gets its own back before the region ends.  The
+// result is then the same for every team size, in every mode.
+class CallerModeInThread {
+ public:
+  explicit CallerModeInThread(unsigned callerCsr) : own_(_mm_getcsr()) {
+    const unsigned want = (own_ & ~kCsrModeBits) | (callerCsr & kCsrModeBits);
+    changed_ = want != own_;
+    if (changed_) _mm_setcsr(want);
+  }
+  ~CallerModeInThread() {
+    if (changed_) _mm_setcsr((_mm_getcsr() & ~kCsrModeBits) | (own_ & kCsrModeBits));
+  }
+  CallerModeInThread(const CallerModeInThread&) = delete;
+  CallerModeInThread& operator=(const CallerModeInThread&) = delete;
+
+ private:
+  unsigned own_;
+  bool changed_;
+};
+
 // Region at any size (groups 2 to 6): a parallel construct with a static
-// worksharing loop over rows, each thread going upward through its block.
+// worksharing loop over rows, each thread going upward through its block
+// under the caller's rounding mode.
 template <class RowFn>
 inline void parallelRows(int height, RowFn&& row) {
+  const unsigned callerCsr = _mm_getcsr();
 #pragma omp parallel num_threads(teamSize())
   {
+    const CallerModeInThread mode(callerCsr);
 #pragma omp for schedule(static)
     for (int y = 0; y < height; ++y) row(y);
   }
@@ -186,16 +218,16 @@ inline void serialRows(int height, RowFn&& row) {
 // ---------------------------------------------------------------------------
 // The colour-model families (HSV, HLS, ...): a public function of shape A
 // checks P1, turns its byte steps into elements (shift 0, 1 or 2) and calls
-// its row driver with the pixel stride nchannels (3 for C3, 4 for AC4); the
-// driver runs the group-1 frame over a one-row kernel
-// kernel(srcRow, dstRow, width, nchannels).
+// its row driver with the pixel stride nchannels (3 for C3, 4 for AC4) and
+// the call's instruction-set level; the driver runs the group-1 frame over a
+// one-row kernel kernel(srcRow, dstRow, width, nchannels, isa).
 template <class T, class Driver>
 inline LumStatus modelPublicP1(const T* pSrc, int srcStep, T* pDst, int dstStep, LumSize roi,
                                int stepShift, int nchannels, Driver driver) {
   const LumStatus st = checkP1({pSrc, pDst}, roi);
   if (st != LumOk) return st;
   driver(pSrc, stepToElems(srcStep, stepShift), pDst, stepToElems(dstStep, stepShift), roi.width,
-         roi.height, nchannels);
+         roi.height, nchannels, isa());
   return LumOk;
 }
 // One such public function, defined in one line.
@@ -207,14 +239,16 @@ inline LumStatus modelPublicP1(const T* pSrc, int srcStep, T* pDst, int dstStep,
 // A named row driver of such a family, in one line.
 #define LUM_MODEL_DRIVER_GROUP1(name, T, kernel)                                        \
   void name(const T* pSrc, int srcStep, T* pDst, int dstStep, int width, int height,    \
-            int nchannels) {                                                            \
-    lum::modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, kernel); \
+            int nchannels, lum::Isa isa) {                                              \
+    lum::modelRowsGroup1(pSrc, srcStep, pDst, dstStep, width, height, nchannels, isa,     \
+                         kernel);                                                         \
   }
 template <class T, class Kernel>
 inline void modelRowsGroup1(const T* pSrc, int srcStepElems, T* pDst, int dstStepElems, int width,
-                            int height, int nchannels, Kernel kernel) {
+                            int height, int nchannels, Isa isa, Kernel kernel) {
   group1Rows(width, height, [&](int y) {
-    kernel(elemRow(pSrc, y, srcStepElems), elemRow(pDst, y, dstStepElems), width, nchannels);
+    kernel(elemRow(pSrc, y, srcStepElems), elemRow(pDst, y, dstStepElems), width, nchannels,
+           isa);
   });
 }
 

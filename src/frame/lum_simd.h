@@ -6,7 +6,9 @@
 #define LUM_SIMD_H
 
 #include <emmintrin.h>
+#if defined(__SSSE3__)
 #include <tmmintrin.h>
+#endif
 #include <stdint.h>
 #include <string.h>
 
@@ -25,18 +27,6 @@
 
 namespace lum {
 inline namespace LUM_ISA_NS {
-
-// Whether the processor has SSSE3 (pshufb): the faster (de)interleave of
-// 3-byte pixels, with the same bytes as the SSE2 network.
-inline bool cpuHasSsse3() { return __builtin_cpu_supports("ssse3"); }
-// Whether the processor has AVX2 (8-lane float and 16-lane integer paths
-// with the same bytes as the 4-lane SSE2 ones).
-inline bool cpuHasAvx2() { return __builtin_cpu_supports("avx2"); }
-// Whether the processor has AVX-512 byte-masked stores on 128-bit registers
-// (AVX512BW with AVX512VL): stores that leave the masked bytes untouched.
-inline bool cpuHasAvx512Masked() {
-  return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl");
-}
 
 // ---------------------------------------------------------------------------
 // Scalar saturations.
@@ -257,9 +247,10 @@ inline void interleave3x8w(const __m128i c[3], uint16_t* p) {
 }
 
 // SSSE3 (de)interleave of 16 3-byte pixels by byte shuffles: the same bytes
-// as deinterleave3x16 / interleave3x16.  Compiled for SSSE3 and entered only
-// when the processor has it (cpuHasSsse3).
-#define LUM_TARGET_SSSE3 __attribute__((target("ssse3")))
+// as deinterleave3x16 / interleave3x16.  Present only in the units compiled
+// for SSSE3 or more (the *_ssse3.cpp and wider units), which are entered
+// only after the processor test.
+#if defined(__SSSE3__)
 
 // Gather: m[k][j] takes the bytes of channel k that lie in source register j
 // to their pixel positions.  Scatter: m[j][k] puts the pixels of channel k
@@ -293,20 +284,21 @@ inline constexpr ShuffleMasks3 kScatter3 = makeScatter3();
 inline __m128i shuffleMask(const uint8_t* m) {
   return _mm_load_si128(reinterpret_cast<const __m128i*>(m));
 }
-LUM_TARGET_SSSE3 inline void deinterleave3x16Ssse3(const uint8_t* p, __m128i c[3]) {
+inline void deinterleave3x16Ssse3(const uint8_t* p, __m128i c[3]) {
   const __m128i v[3] = {loadu(p), loadu(p + 16), loadu(p + 32)};
   for (int k = 0; k < 3; ++k)
     c[k] = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(v[0], shuffleMask(kGather3.m[k][0])),
                                      _mm_shuffle_epi8(v[1], shuffleMask(kGather3.m[k][1]))),
                         _mm_shuffle_epi8(v[2], shuffleMask(kGather3.m[k][2])));
 }
-LUM_TARGET_SSSE3 inline void interleave3x16Ssse3(const __m128i c[3], uint8_t* p) {
+inline void interleave3x16Ssse3(const __m128i c[3], uint8_t* p) {
   for (int j = 0; j < 3; ++j)
     storeu(p + 16 * j,
            _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(c[0], shuffleMask(kScatter3.m[j][0])),
                                      _mm_shuffle_epi8(c[1], shuffleMask(kScatter3.m[j][1]))),
                         _mm_shuffle_epi8(c[2], shuffleMask(kScatter3.m[j][2]))));
 }
+#endif  // __SSSE3__
 
 // Widen bytes to 16-bit lanes.
 inline __m128i lo8to16(__m128i v) { return _mm_unpacklo_epi8(v, _mm_setzero_si128()); }

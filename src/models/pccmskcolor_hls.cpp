@@ -233,15 +233,12 @@ inline void row8uC3(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3,
 // Forward, C3: 8 pixels a round in two batches of 4 lanes (rounds of 32 or
 // 16 pixels where the row has them), the reciprocal as it stands; the tail
 // refines it.
-void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
+void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, Isa isa) {
   if (nchannels == 4) {
     inner_RGBToHLS_8u_AC4R(pSrc, pDst, width);
     return;
   }
-  innerRGBToHLS_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
-}
-void innerRGBToHLS_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
-  row8uC3(pSrc, pDst, width, ssse3, blockRGBToHLS_8u_C3_ssse3, FwdStep{}, rgbToHls8uTail);
+  row8uC3(pSrc, pDst, width, isa >= kIsaSsse3, blockRGBToHLS_8u_C3_ssse3, FwdStep{}, rgbToHls8uTail);
 }
 
 // Forward, AC4 twin: 4 pixels a round, 16 destination bytes read and written
@@ -258,15 +255,12 @@ void inner_RGBToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
 
 // Inverse, C3: 8 pixels a round in two batches of 4 lanes (rounds of 32 or
 // 16 pixels where the row has them).
-void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
+void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, Isa isa) {
   if (nchannels == 4) {
     inner_HLSToRGB_8u_AC4R(pSrc, pDst, width);
     return;
   }
-  innerHLSToRGB_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
-}
-void innerHLSToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
-  row8uC3(pSrc, pDst, width, ssse3, blockHLSToRGB_8u_C3_ssse3, InvStep{}, hlsToRgb8uTail);
+  row8uC3(pSrc, pDst, width, isa >= kIsaSsse3, blockHLSToRGB_8u_C3_ssse3, InvStep{}, hlsToRgb8uTail);
 }
 
 // Inverse, AC4 twin: 4 pixels a round, alpha merged back as in the forward.
@@ -283,7 +277,7 @@ void inner_HLSToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
 // ===========================================================================
 // 16u kernels: 4 pixels a round.
 
-void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
+void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels, Isa) {
   if (nchannels == 4) {
     inner_RGBToHLS_16u_AC4R(pSrc, pDst, width);
     return;
@@ -310,7 +304,7 @@ void inner_RGBToHLS_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
   }, rgbToHls16uTail);
 }
 
-void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
+void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels, Isa) {
   if (nchannels == 4) {
     inner_HLSToRGB_16u_AC4R(pSrc, pDst, width);
     return;
@@ -346,7 +340,7 @@ inline __m128i narrow16sVec(__m128i a, __m128i b) {
 }
 }  // namespace
 
-void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels) {
+void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels, Isa) {
   if (nchannels == 4) {
     inner_RGBToHLS_16s_AC4R(pSrc, pDst, width);
     return;
@@ -371,7 +365,7 @@ void inner_RGBToHLS_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
   }, rgbToHls16sTail);
 }
 
-void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels) {
+void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels, Isa) {
   if (nchannels == 4) {
     inner_HLSToRGB_16s_AC4R(pSrc, pDst, width);
     return;
@@ -403,11 +397,8 @@ void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
 // where the processor has it and the stride is 3), the rest through its
 // scalar form rgbToHls32f; all give the same bits.  No AC4 twin: nchannels
 // is the pixel stride (an AC4 row keeps its fourth sample).
-void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels) {
-  innerRGBToHLS_32f_C3R_path(pSrc, pDst, width, nchannels, cpuHasAvx2());
-}
-void innerRGBToHLS_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
-          bool avx2) {
+void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels, Isa isa) {
+  const bool avx2 = isa >= kIsaAvx2;
   const int block = width & ~(kBlock - 1);
   int x = 0;
   if (nchannels == 3) {
@@ -436,14 +427,12 @@ void innerRGBToHLS_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, int
 
 // Inverse, C3: 4 pixels a round (8 in AVX2 where the processor has it),
 // multiplying by 0.016666668; the tail divides by 60.
-void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels) {
+void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels, Isa isa) {
   if (nchannels == 4) {
     innerHLSToRGB_32f_AC4R(pSrc, pDst, width);
     return;
   }
-  innerHLSToRGB_32f_C3R_path(pSrc, pDst, width, cpuHasAvx2());
-}
-void innerHLSToRGB_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, bool avx2) {
+  const bool avx2 = isa >= kIsaAvx2;
   const int block = width & ~(kBlock - 1);
   int x = avx2 ? blockHLSToRGB_32f_C3_avx2(pSrc, pDst, block) : 0;
   for (; x < block; x += kBlock) {

@@ -25,6 +25,8 @@
 #include <stdint.h>
 #include <string.h>
 
+#include "frame/lum_cpu.h"
+#include "frame/lum_lanes.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
@@ -291,30 +293,38 @@ inline void rgbToHls32f(float R, float G, float B, float out[3]) {
 // quotients of the other arms (by zero, or of grey lanes) are computed and
 // dropped.  The red arm adds nothing, so a -0 hue stays -0 as in the scalar
 // form; grey lanes get +0 for S and for h before h / 360.
+template <class F>
+struct Hls32fLanes {
+  F H, L, S;
+};
+template <class F>
+inline Hls32fLanes<F> rgbToHls32fLanes(F R, F G, F B) {
+  const F V = max(max(R, G), B);
+  const F m = min(min(R, G), B);
+  const F d = V - m;
+  const F s = m + V;
+  const F L = broadcast<F>(0.5f) * s;
+  const F colour = cmpGt(d, broadcastBits<F>(kBitsGrey32f));
+  // L > 0.5 exactly when s > 1, and then 2 - s < s; otherwise s <= 2 - s
+  // (equal only at s = 1): the divisor is min(s, 2 - s).  A NaN s comes
+  // back from 2 - s as the same NaN, as the scalar form divides by it.
+  const F den = min(s, broadcast<F>(2.0f) - s);
+  const F S = colour & (d / den);
+  const F isR = cmpEq(R, V);
+  const F isG = cmpEq(G, V);  // counts only where R != V
+  const F diff = select(isR, G - B, select(isG, B - R, R - G));
+  const F q = (diff * broadcast<F>(60.0f)) / d;
+  F h = select(isR, q, q + select(isG, broadcast<F>(120.0f), broadcast<F>(240.0f)));
+  h = select(cmpLt(h, zero<F>()), h + broadcast<F>(360.0f), h);
+  h = colour & h;
+  return Hls32fLanes<F>{h / broadcast<F>(360.0f), L, S};
+}
 struct Hls32f4 {
   __m128 H, L, S;
 };
 inline Hls32f4 rgbToHls32fVec(__m128 R, __m128 G, __m128 B) {
-  const __m128 V = _mm_max_ps(_mm_max_ps(R, G), B);
-  const __m128 m = _mm_min_ps(_mm_min_ps(R, G), B);
-  const __m128 d = _mm_sub_ps(V, m);
-  const __m128 s = _mm_add_ps(m, V);
-  const __m128 L = _mm_mul_ps(splat(0.5f), s);
-  const __m128 colour = _mm_cmpgt_ps(d, splat(floatFromBits(kBitsGrey32f)));
-  // L > 0.5 exactly when s > 1, and then 2 - s < s; otherwise s <= 2 - s
-  // (equal only at s = 1): the divisor is min(s, 2 - s).  A NaN s comes
-  // back from 2 - s as the same NaN, as the scalar form divides by it.
-  const __m128 den = _mm_min_ps(s, _mm_sub_ps(splat(2.0f), s));
-  const __m128 S = _mm_and_ps(colour, _mm_div_ps(d, den));
-  const __m128 isR = _mm_cmpeq_ps(R, V);
-  const __m128 isG = _mm_cmpeq_ps(G, V);  // counts only where R != V
-  const __m128 diff =
-      selectPs(isR, _mm_sub_ps(G, B), selectPs(isG, _mm_sub_ps(B, R), _mm_sub_ps(R, G)));
-  const __m128 q = _mm_div_ps(_mm_mul_ps(diff, splat(60.0f)), d);
-  __m128 h = selectPs(isR, q, _mm_add_ps(q, selectConst(isG, 120.0f, 240.0f)));
-  h = selectPs(_mm_cmplt_ps(h, _mm_setzero_ps()), _mm_add_ps(h, splat(360.0f)), h);
-  h = _mm_and_ps(colour, h);
-  return Hls32f4{_mm_div_ps(h, splat(360.0f)), L, S};
+  const Hls32fLanes<F32x4> o = rgbToHls32fLanes(F32x4{R}, F32x4{G}, F32x4{B});
+  return Hls32f4{o.H.v, o.L.v, o.S.v};
 }
 
 // ===========================================================================
@@ -382,36 +392,44 @@ inline void hlsToRgbTailS(float Hd, float Lf, float Sf, float c[3]) {
 // most 60), so every lane computes one slope and the masks pick among it, M2
 // and M1 in the order of the scalar tests (a NaN fails them all: M1).
 // Grey lanes (Sf == 0) join the M2 lanes, with M2 replaced by Lf there.
-inline __m128 hlsChannelBlockVec(__m128 a, __m128 M1, __m128 M2g, __m128 dM, __m128 grey) {
-  const __m128 t = _mm_min_ps(a, _mm_sub_ps(splat(240.0f), a));
-  const __m128 k = splat(floatFromBits(kBitsInv60));
-  const __m128 slope = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(t, k), dM), M1);
-  const __m128 lt60 = _mm_cmplt_ps(a, splat(60.0f));
-  const __m128 flat = _mm_or_ps(_mm_andnot_ps(lt60, _mm_cmplt_ps(a, splat(180.0f))), grey);
-  return selectPs(flat, M2g, selectPs(_mm_cmplt_ps(a, splat(240.0f)), slope, M1));
+template <class F>
+inline F hlsChannelLanes(F a, F M1, F M2g, F dM, F grey) {
+  const F t = min(a, broadcast<F>(240.0f) - a);
+  const F k = broadcastBits<F>(kBitsInv60);
+  const F slope = ((t * k) * dM) + M1;
+  const F lt60 = cmpLt(a, broadcast<F>(60.0f));
+  const F flat = andNot(lt60, cmpLt(a, broadcast<F>(180.0f))) | grey;
+  return select(flat, M2g, select(cmpLt(a, broadcast<F>(240.0f)), slope, M1));
 }
+template <class F>
+struct RgbLanes {
+  F R, G, B;
+};
 struct Rgb4 {
   __m128 R, G, B;
 };
 // The hue of R is Hd + 120 less (360 where above 360), and of B Hd - 120 plus
 // (360 where below 0): subtracting or adding a masked 0 leaves a value as it
 // is (Hd - 120 is -0 only in the rounding mode where -0 + 0 is -0 too).
+template <class F>
+inline RgbLanes<F> hlsToRgbLanes(F Hd, F Lf, F Sf) {
+  const F LS = Lf * Sf;
+  const F M2 = select(cmpLe(Lf, broadcast<F>(0.5f)), Lf + LS, (Lf + Sf) - LS);
+  const F M1 = (broadcast<F>(2.0f) * Lf) - M2;
+  const F dM = M2 - M1;
+  const F k360 = broadcast<F>(360.0f);
+  F aR = Hd + broadcast<F>(120.0f);
+  aR = aR - (cmpGt(aR, k360) & k360);
+  F aB = Hd - broadcast<F>(120.0f);
+  aB = aB + (cmpLt(aB, zero<F>()) & k360);
+  const F grey = cmpEq(Sf, zero<F>());
+  const F M2g = select(grey, Lf, M2);
+  return RgbLanes<F>{hlsChannelLanes(aR, M1, M2g, dM, grey), hlsChannelLanes(Hd, M1, M2g, dM, grey),
+                     hlsChannelLanes(aB, M1, M2g, dM, grey)};
+}
 inline Rgb4 hlsToRgbBlockVec(__m128 Hd, __m128 Lf, __m128 Sf) {
-  const __m128 LS = _mm_mul_ps(Lf, Sf);
-  const __m128 M2 = selectPs(_mm_cmple_ps(Lf, splat(0.5f)), _mm_add_ps(Lf, LS),
-                             _mm_sub_ps(_mm_add_ps(Lf, Sf), LS));
-  const __m128 M1 = _mm_sub_ps(_mm_mul_ps(splat(2.0f), Lf), M2);
-  const __m128 dM = _mm_sub_ps(M2, M1);
-  const __m128 k360 = splat(360.0f);
-  __m128 aR = _mm_add_ps(Hd, splat(120.0f));
-  aR = _mm_sub_ps(aR, _mm_and_ps(_mm_cmpgt_ps(aR, k360), k360));
-  __m128 aB = _mm_sub_ps(Hd, splat(120.0f));
-  aB = _mm_add_ps(aB, _mm_and_ps(_mm_cmplt_ps(aB, _mm_setzero_ps()), k360));
-  const __m128 grey = _mm_cmpeq_ps(Sf, _mm_setzero_ps());
-  const __m128 M2g = selectPs(grey, Lf, M2);
-  return Rgb4{hlsChannelBlockVec(aR, M1, M2g, dM, grey),
-              hlsChannelBlockVec(Hd, M1, M2g, dM, grey),
-              hlsChannelBlockVec(aB, M1, M2g, dM, grey)};
+  const RgbLanes<F32x4> c = hlsToRgbLanes(F32x4{Hd}, F32x4{Lf}, F32x4{Sf});
+  return Rgb4{c.R.v, c.G.v, c.B.v};
 }
 
 // --- 8u: Hd = H * 1.4117647, Lf, Sf = sample * 0.003921569;
@@ -643,14 +661,22 @@ inline __m128i pack4b(__m128i c) {
 // ---------------------------------------------------------------------------
 // One-row kernels.  The C3R kernels take nchannels: on 4 they hand the row to
 // their AC4 twin (innerRGBToHLS_32f_C3R has none and uses it as its stride).
-void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels);
-void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels);
-void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
-void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
-void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels);
-void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels);
-void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels);
-void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels);
+void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels,
+                          lum::Isa isa);
+void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels,
+                          lum::Isa isa);
+void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
+                          lum::Isa isa);
+void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
+                          lum::Isa isa);
+void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels,
+                          lum::Isa isa);
+void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels,
+                          lum::Isa isa);
+void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
+                          lum::Isa isa);
+void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
+                          lum::Isa isa);
 void inner_RGBToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
 void inner_HLSToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
 void inner_RGBToHLS_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
@@ -659,23 +685,17 @@ void inner_RGBToHLS_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width);
 void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width);
 void innerHLSToRGB_32f_AC4R(const Lum32f* pSrc, Lum32f* pDst, int width);
 
-// The 8u C3 kernels take the (de)interleave of their main loop from SSSE3
-// byte shuffles where the processor has them, else from the SSE2 network;
-// the arithmetic and so the bytes are the same.  The _path forms choose
-// explicitly (nchannels 3 only), so that both paths can be tested.
-void innerRGBToHLS_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
-void innerHLSToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
+// isa is the call's instruction-set level.  The 8u C3 kernels take the
+// (de)interleave of their main loop from SSSE3 byte shuffles at SSSE3 and
+// above, else from the SSE2 network; the 32f C3 kernels run their main loop
+// eight pixels a round at AVX2 (the AC4 stride and the last 4 pixels of the
+// main loop stay at four lanes).  The arithmetic and so the bytes are the
+// same at every level.
 // SSSE3 main loops (pccmskcolor_hls_ssse3.cpp): pixels [0, end), end a
 // multiple of 8; each returns the first pixel not done (end).
 int blockRGBToHLS_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);
 int blockHLSToRGB_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);
 
-// The 32f kernels run their C3 main loop eight pixels a round in AVX2 where
-// the processor has it (the AC4 stride and the last 4 pixels of the main loop
-// stay in SSE2); the bytes are the same.  The _path forms choose explicitly.
-void innerRGBToHLS_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
-                                bool avx2);
-void innerHLSToRGB_32f_C3R_path(const Lum32f* pSrc, Lum32f* pDst, int width, bool avx2);
 // AVX2 main loops (pccmskcolor_hls_avx2.cpp): pixels [0, n), n the largest
 // multiple of 8 not above end; each returns n.
 int blockRGBToHLS_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end);
@@ -683,20 +703,20 @@ int blockHLSToRGB_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end);
 
 // Row drivers (group 1 of the parallel frame): steps in elements.
 void myRGBToHLS_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels);
+                       int height, int nchannels, lum::Isa isa);
 void myHLSToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels);
+                       int height, int nchannels, lum::Isa isa);
 void myRGBToHLS_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 void myHLSToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 void myRGBToHLS_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 void myHLSToRGB_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 void myRGBToHLS_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 void myHLSToRGB_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 
 #endif  // LUM_PCCMSKCOLOR_HLS_H

@@ -1,16 +1,18 @@
 // RGB and HLS: the main loops of the 32f C3 kernels in AVX2, eight pixels a
-// float register.  Compiled with -mavx2 and entered only when the processor
-// has AVX2; the caller finishes each row with its SSE2 loop and scalar forms.
+// float register.  Compiled with -mavx2 and entered only when the call's
+// level is AVX2 or more; the caller finishes each row with its four-lane
+// loop and scalar forms.
 //
-// rgbToHls32fVec8 and hlsToRgbBlockVec8 are the eight-lane twins of
-// rgbToHls32fVec and hlsToRgbBlockVec (pccmskcolor_hls.h): the same IEEE
-// operations in the same order, lane by lane (vdivps rounds as divps does,
-// vminps and vmaxps pass on their second operand as minps and maxps do, the
-// comparisons are the same predicates), and the same masks, which blends
-// apply bit for bit.  So the bits are those of the SSE2 forms.
+// The arithmetic is rgbToHls32fLanes and hlsToRgbLanes of
+// pccmskcolor_hls.h, the formulas of the four-lane loop instantiated on
+// eight lanes: the same IEEE operations in the same order, lane by lane
+// (vdivps rounds as divps does, vminps and vmaxps pass on their second
+// operand as minps and maxps do, the comparisons are the same predicates),
+// so the bits are those of the SSE2 forms.  What is this unit's own is the
+// (de)interleave of 3-float pixels across the two 128-bit halves.
 //
-// The forms of pccmskcolor_hls.h included here live in the AVX2 namespace of
-// lum_simd.h, so none of them stands in for a copy of another unit.
+// The forms of the headers live in the AVX2 namespace of lum_simd.h, so none
+// of them stands in for a copy of another unit.
 #include <immintrin.h>
 
 #include "models/pccmskcolor_hls.h"
@@ -20,71 +22,6 @@ namespace {
 
 using namespace lum;
 using namespace lum::hls;
-
-inline __m256 splat8(float v) { return _mm256_set1_ps(v); }
-// mask ? a : b, the mask all ones or all zeros in each lane.
-inline __m256 select8(__m256 mask, __m256 a, __m256 b) { return _mm256_blendv_ps(b, a, mask); }
-// The predicates of cmpltps, cmpleps (signalling) and cmpeqps (quiet);
-// a > b is b < a.
-inline __m256 lt8(__m256 a, __m256 b) { return _mm256_cmp_ps(a, b, _CMP_LT_OS); }
-inline __m256 gt8(__m256 a, __m256 b) { return _mm256_cmp_ps(b, a, _CMP_LT_OS); }
-inline __m256 le8(__m256 a, __m256 b) { return _mm256_cmp_ps(a, b, _CMP_LE_OS); }
-inline __m256 eq8(__m256 a, __m256 b) { return _mm256_cmp_ps(a, b, _CMP_EQ_OQ); }
-
-// Eight-lane twin of rgbToHls32fVec.
-struct Hls32f8 {
-  __m256 H, L, S;
-};
-inline Hls32f8 rgbToHls32fVec8(__m256 R, __m256 G, __m256 B) {
-  const __m256 V = _mm256_max_ps(_mm256_max_ps(R, G), B);
-  const __m256 m = _mm256_min_ps(_mm256_min_ps(R, G), B);
-  const __m256 d = _mm256_sub_ps(V, m);
-  const __m256 s = _mm256_add_ps(m, V);
-  const __m256 L = _mm256_mul_ps(splat8(0.5f), s);
-  const __m256 colour = gt8(d, splat8(floatFromBits(kBitsGrey32f)));
-  const __m256 den = _mm256_min_ps(s, _mm256_sub_ps(splat8(2.0f), s));
-  const __m256 S = _mm256_and_ps(colour, _mm256_div_ps(d, den));
-  const __m256 isR = eq8(R, V);
-  const __m256 isG = eq8(G, V);  // counts only where R != V
-  const __m256 diff = select8(isR, _mm256_sub_ps(G, B),
-                              select8(isG, _mm256_sub_ps(B, R), _mm256_sub_ps(R, G)));
-  const __m256 q = _mm256_div_ps(_mm256_mul_ps(diff, splat8(60.0f)), d);
-  const __m256 off = select8(isG, splat8(120.0f), splat8(240.0f));
-  __m256 h = select8(isR, q, _mm256_add_ps(q, off));
-  h = select8(lt8(h, _mm256_setzero_ps()), _mm256_add_ps(h, splat8(360.0f)), h);
-  h = _mm256_and_ps(colour, h);
-  return Hls32f8{_mm256_div_ps(h, splat8(360.0f)), L, S};
-}
-
-// Eight-lane twins of hlsChannelBlockVec and hlsToRgbBlockVec.
-inline __m256 hlsChannelBlockVec8(__m256 a, __m256 M1, __m256 M2g, __m256 dM, __m256 grey) {
-  const __m256 t = _mm256_min_ps(a, _mm256_sub_ps(splat8(240.0f), a));
-  const __m256 k = splat8(floatFromBits(kBitsInv60));
-  const __m256 slope = _mm256_add_ps(_mm256_mul_ps(_mm256_mul_ps(t, k), dM), M1);
-  const __m256 lt60 = lt8(a, splat8(60.0f));
-  const __m256 flat = _mm256_or_ps(_mm256_andnot_ps(lt60, lt8(a, splat8(180.0f))), grey);
-  return select8(flat, M2g, select8(lt8(a, splat8(240.0f)), slope, M1));
-}
-struct Rgb8 {
-  __m256 R, G, B;
-};
-inline Rgb8 hlsToRgbBlockVec8(__m256 Hd, __m256 Lf, __m256 Sf) {
-  const __m256 LS = _mm256_mul_ps(Lf, Sf);
-  const __m256 M2 = select8(le8(Lf, splat8(0.5f)), _mm256_add_ps(Lf, LS),
-                            _mm256_sub_ps(_mm256_add_ps(Lf, Sf), LS));
-  const __m256 M1 = _mm256_sub_ps(_mm256_mul_ps(splat8(2.0f), Lf), M2);
-  const __m256 dM = _mm256_sub_ps(M2, M1);
-  const __m256 k360 = splat8(360.0f);
-  __m256 aR = _mm256_add_ps(Hd, splat8(120.0f));
-  aR = _mm256_sub_ps(aR, _mm256_and_ps(gt8(aR, k360), k360));
-  __m256 aB = _mm256_sub_ps(Hd, splat8(120.0f));
-  aB = _mm256_add_ps(aB, _mm256_and_ps(lt8(aB, _mm256_setzero_ps()), k360));
-  const __m256 grey = eq8(Sf, _mm256_setzero_ps());
-  const __m256 M2g = select8(grey, Lf, M2);
-  return Rgb8{hlsChannelBlockVec8(aR, M1, M2g, dM, grey),
-              hlsChannelBlockVec8(Hd, M1, M2g, dM, grey),
-              hlsChannelBlockVec8(aB, M1, M2g, dM, grey)};
-}
 
 // Eight pixels of 3 floats (24 floats, read and written exactly): pixels
 // 0-3 in the low 128-bit half of each register, 4-7 in the high half, so
@@ -134,17 +71,18 @@ inline int block32fC3(const Lum32f* pSrc, Lum32f* pDst, int end, Step step) {
 
 int blockRGBToHLS_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end) {
   return block32fC3(pSrc, pDst, end, [](const __m256* c, __m256* o) {
-    const Hls32f8 r = rgbToHls32fVec8(c[0], c[1], c[2]);
-    o[0] = r.H;
-    o[1] = r.L;
-    o[2] = r.S;
+    const Hls32fLanes<F32x8> r = rgbToHls32fLanes(F32x8{c[0]}, F32x8{c[1]}, F32x8{c[2]});
+    o[0] = r.H.v;
+    o[1] = r.L.v;
+    o[2] = r.S.v;
   });
 }
 int blockHLSToRGB_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end) {
   return block32fC3(pSrc, pDst, end, [](const __m256* c, __m256* o) {
-    const Rgb8 r = hlsToRgbBlockVec8(_mm256_mul_ps(c[0], splat8(360.0f)), c[1], c[2]);
-    o[0] = r.R;
-    o[1] = r.G;
-    o[2] = r.B;
+    const RgbLanes<F32x8> r =
+        hlsToRgbLanes(F32x8{c[0]} * broadcast<F32x8>(360.0f), F32x8{c[1]}, F32x8{c[2]});
+    o[0] = r.R.v;
+    o[1] = r.G.v;
+    o[2] = r.B.v;
   });
 }

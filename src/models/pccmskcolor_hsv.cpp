@@ -21,8 +21,6 @@
 // AVX2, and hand the rest of it to the loops below.
 #include "models/pccmskcolor_hsv.h"
 
-#include <tmmintrin.h>
-
 #include "frame/lum_frame.h"
 #include "frame/lum_simd.h"
 
@@ -30,117 +28,6 @@ using namespace lum;
 using namespace lum::hsv;
 
 namespace {
-
-// ---------------------------------------------------------------------------
-// Vector forms of the element-type differences.
-
-template <class T>
-struct VecOps;
-template <>
-struct VecOps<Hsv8u> {
-  static __m128 rcp(__m128 x) { return vRcp(x); }                         // as it stands
-  static __m128i cvt(__m128 x) { return _mm_cvttps_epi32(x); }             // truncation
-};
-template <>
-struct VecOps<Hsv16u> {
-  static __m128 rcp(__m128 x) { return vRcpNewton(x); }                   // one Newton step
-  static __m128i cvt(__m128 x) { return _mm_cvtps_epi32(x); }              // mode in force
-};
-
-inline __m128 select(__m128 mask, __m128 a, __m128 b) {  // mask ? a : b
-  return _mm_or_ps(_mm_and_ps(mask, a), _mm_andnot_ps(mask, b));
-}
-
-// ---------------------------------------------------------------------------
-// rgbToHsvBlock in SSE2: four pixels of R, G, B as floats in, H, S, V as
-// converted 32-bit integers out (not yet saturated: the packs do that).
-template <class T>
-inline void rgbToHsvBlockVec(__m128 R, __m128 G, __m128 B, __m128i& H, __m128i& S, __m128i& V) {
-  const __m128 K = _mm_set1_ps(T::K);
-  const __m128 zero = _mm_setzero_ps();
-  __m128 Vf = _mm_max_ps(_mm_max_ps(R, G), B);
-  const __m128 m = _mm_min_ps(_mm_min_ps(R, G), B);
-  const __m128 d = _mm_sub_ps(Vf, m);
-  V = VecOps<T>::cvt(Vf);  // taken before the fill below
-
-  // Black (V == 0) and grey (d == 0) lanes are flagged; as the samples are
-  // not negative, V == 0 implies d == 0 and the test on d covers both.  K
-  // goes into V and d of flagged lanes, so that no lane takes the reciprocal
-  // of zero; their H is forced to 0 at the end, and their S is 0 already as
-  // it multiplies the d taken before the fill.
-  const __m128 flag = _mm_cmpeq_ps(d, zero);
-  const __m128 fill = _mm_and_ps(flag, K);
-  const __m128 eqR = _mm_cmpeq_ps(R, Vf);
-  const __m128 eqG = _mm_cmpeq_ps(G, Vf);
-  const __m128 eqB = _mm_cmpeq_ps(B, Vf);
-  Vf = _mm_add_ps(Vf, fill);
-  const __m128 dk = _mm_add_ps(d, fill);
-
-  const __m128 rV = VecOps<T>::rcp(Vf);
-  const __m128 rd = VecOps<T>::rcp(dk);
-  const __m128 s = _mm_mul_ps(_mm_mul_ps(rV, d), K);
-  const __m128 Cr = _mm_mul_ps(_mm_sub_ps(Vf, R), rd);
-  const __m128 Cg = _mm_mul_ps(_mm_sub_ps(Vf, G), rd);
-  const __m128 Cb = _mm_mul_ps(_mm_sub_ps(Vf, B), rd);
-
-  // Tie rule of the main loop.
-  const __m128 selG = _mm_andnot_ps(eqR, eqG);
-  const __m128 selB = _mm_andnot_ps(selG, eqB);
-  const __m128 selR = _mm_andnot_ps(selB, eqR);
-  const __m128 hR = _mm_sub_ps(Cb, Cg);
-  const __m128 hG = _mm_add_ps(_mm_sub_ps(Cr, Cb), _mm_set1_ps(2.0f));
-  const __m128 hB = _mm_add_ps(_mm_sub_ps(Cg, Cr), _mm_set1_ps(4.0f));
-  __m128 h = _mm_or_ps(_mm_and_ps(selR, hR), _mm_or_ps(_mm_and_ps(selG, hG), _mm_and_ps(selB, hB)));
-  h = _mm_mul_ps(h, _mm_set1_ps(T::Q));
-  // h < 0: h + K; otherwise h + 0, which leaves h as it is.
-  h = _mm_add_ps(h, _mm_and_ps(_mm_cmplt_ps(h, zero), K));
-
-  H = VecOps<T>::cvt(_mm_andnot_ps(flag, h));
-  S = VecOps<T>::cvt(s);
-}
-
-// hsvToRgbBlock in SSE2: four pixels of H, S, V as floats in, R, G, B as
-// converted 32-bit integers out.
-template <class T>
-inline void hsvToRgbBlockVec(__m128 Hf, __m128 Sf, __m128 Vf, __m128i& R, __m128i& G, __m128i& B) {
-  const __m128 zero = _mm_setzero_ps();
-  const __m128 one = _mm_set1_ps(1.0f);
-  const __m128 two = _mm_add_ps(one, one);
-  const __m128 three = _mm_add_ps(two, one);
-  const __m128 four = _mm_add_ps(three, one);
-  const __m128 five = _mm_add_ps(four, one);
-
-  // H == K acts as 0.
-  __m128 x = _mm_mul_ps(_mm_mul_ps(Hf, vFloatFromBits(kBitsInv60)), vFloatFromBits(T::kBitsD));
-  x = _mm_andnot_ps(_mm_cmpeq_ps(Hf, _mm_set1_ps(T::K)), x);
-  const __m128 fi = _mm_cvtepi32_ps(_mm_cvttps_epi32(x));
-  const __m128 vs = _mm_mul_ps(Vf, _mm_mul_ps(Sf, vFloatFromBits(T::kBitsE)));
-  const __m128 f = _mm_mul_ps(_mm_sub_ps(x, fi), vs);
-  const __m128 p = _mm_sub_ps(Vf, vs);
-  const __m128 q = _mm_sub_ps(Vf, f);
-  const __m128 t = _mm_add_ps(p, f);
-
-  const __m128 i0 = _mm_cmpeq_ps(fi, zero), i1 = _mm_cmpeq_ps(fi, one);
-  const __m128 i2 = _mm_cmpeq_ps(fi, two), i3 = _mm_cmpeq_ps(fi, three);
-  const __m128 i4 = _mm_cmpeq_ps(fi, four), i5 = _mm_cmpeq_ps(fi, five);
-  //            i:  0  1  2  3  4  5
-  //            R:  V  q  p  p  t  V
-  //            G:  t  V  V  q  p  p
-  //            B:  p  p  t  V  V  q
-  // Every sextant takes V, p and one of q (odd i) or t (even i): u below.
-  const __m128 u = select(_mm_or_ps(_mm_or_ps(i1, i3), i5), q, t);
-  const __m128 r = _mm_or_ps(_mm_and_ps(_mm_or_ps(i0, i5), Vf),
-                             _mm_or_ps(_mm_and_ps(_mm_or_ps(i1, i4), u), _mm_and_ps(_mm_or_ps(i2, i3), p)));
-  const __m128 g = _mm_or_ps(_mm_and_ps(_mm_or_ps(i1, i2), Vf),
-                             _mm_or_ps(_mm_and_ps(_mm_or_ps(i0, i3), u), _mm_and_ps(_mm_or_ps(i4, i5), p)));
-  const __m128 b = _mm_or_ps(_mm_and_ps(_mm_or_ps(i3, i4), Vf),
-                             _mm_or_ps(_mm_and_ps(_mm_or_ps(i2, i5), u), _mm_and_ps(_mm_or_ps(i0, i1), p)));
-  // S == 0 takes V in all three: its vs is 0, so p, q and t are V exactly
-  // in every sextant, and the selection above has already given V.
-  R = VecOps<T>::cvt(r);
-  G = VecOps<T>::cvt(g);
-  B = VecOps<T>::cvt(b);
-}
 
 // ---------------------------------------------------------------------------
 // Packs of the main loops, four 32-bit lanes of each of a, b, c.
@@ -154,11 +41,6 @@ inline __m128i packLow16(__m128i lo, __m128i hi) {
                          _mm_srai_epi32(_mm_slli_epi32(hi, 16), 16));
 }
 
-inline __m128 u8LanesToFloat(__m128i v, int group) {  // bytes 4g..4g+3 of v
-  const __m128i w = group < 2 ? lo8to16(v) : hi8to16(v);
-  const __m128i z = _mm_setzero_si128();
-  return _mm_cvtepi32_ps((group & 1) ? _mm_unpackhi_epi16(w, z) : _mm_unpacklo_epi16(w, z));
-}
 inline __m128 u16LanesToFloat(__m128i v, int half) {  // words 4h..4h+3 of v
   const __m128i z = _mm_setzero_si128();
   return _mm_cvtepi32_ps(half ? _mm_unpackhi_epi16(v, z) : _mm_unpacklo_epi16(v, z));
@@ -168,46 +50,18 @@ inline __m128 gather4(const E* p, int stride) {  // sample 0 of four pixels
   return _mm_cvtepi32_ps(_mm_setr_epi32(p[0], p[stride], p[2 * stride], p[3 * stride]));
 }
 
-// The 8u main-loop conversion of 16 pixels (one register of bytes per input
-// channel) to 16 pixels (one register of bytes per output channel).
-using Vec8uFn = void (*)(__m128, __m128, __m128, __m128i&, __m128i&, __m128i&);
-template <Vec8uFn fn>
-inline void block16x8u(const __m128i in[3], __m128i out[3]) {
-  __m128i o[3][4];
-  for (int g = 0; g < 4; ++g)
-    fn(u8LanesToFloat(in[0], g), u8LanesToFloat(in[1], g), u8LanesToFloat(in[2], g), o[0][g],
-       o[1][g], o[2][g]);
-  for (int k = 0; k < 3; ++k)
-    out[k] = vPackS16U8(vPackS32S16(o[k][0], o[k][1]), vPackS32S16(o[k][2], o[k][3]));
-}
-
-// ---------------------------------------------------------------------------
-// 8u kernels.  fn is the vector twin, tail the scalar tail.
-
-// The 8u C3 main loop from x on, 16 pixels a round while they fit below
-// end, with the SSSE3 (de)interleave; returns the first pixel not done.
-template <Vec8uFn fn>
-LUM_TARGET_SSSE3 int block8uC3Ssse3(const Lum8u* s, Lum8u* d, int x, int end) {
-  for (; x + 16 <= end; x += 16) {
-    __m128i in[3], out[3];
-    deinterleave3x16Ssse3(s + 3 * x, in);
-    block16x8u<fn>(in, out);
-    interleave3x16Ssse3(out, d + 3 * x);
-  }
-  return x;
-}
-
 // C3: 32 pixels a round in AVX2; 16 pixels a round by SSSE3 shuffles, or
 // else 32 and then 16 a round through the SSE2 riffle network; then four at
 // a time.
 using Avx8uFn = int (*)(const Lum8u*, Lum8u*, int);
-template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*), Avx8uFn avx2>
-inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, HsvPath path) {
+using Ssse3Fn = int (*)(const Lum8u*, Lum8u*, int, int);
+template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*), Avx8uFn avx2, Ssse3Fn ssse3>
+inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, Isa isa) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
-  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
-  if (path >= kHsvPathSsse3) {
-    x = block8uC3Ssse3<fn>(s, d, x, block);
+  if (isa >= kIsaAvx2) x = avx2(s, d, block);
+  if (isa >= kIsaSsse3) {
+    x = ssse3(s, d, x, block);
   } else {
     for (; x + 32 <= block; x += 32) {
       const Planes8x32 in = deinterleave3x32(s + 3 * x);
@@ -247,11 +101,11 @@ inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, HsvPath path) {
 // as a 16-bit and an 8-bit store around the alpha byte, which is neither
 // read from the source's meaning nor written.
 template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*), Avx8uFn avx2>
-inline void kernel8uAC4(const Lum8u* s, Lum8u* d, int width, HsvPath path) {
+inline void kernel8uAC4(const Lum8u* s, Lum8u* d, int width, Isa isa) {
   const int block = width & ~(kBlock - 1);
   const __m128i lowByte = _mm_set1_epi32(0xFF);
   int x = 0;
-  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
+  if (isa >= kIsaAvx2) x = avx2(s, d, block);
   for (; x < block; x += 4) {
     const __m128i v = loadu(s + 4 * x);
     const __m128 R = _mm_cvtepi32_ps(_mm_and_si128(v, lowByte));
@@ -296,10 +150,10 @@ using Avx16uFn = int (*)(const Lum16u*, Lum16u*, int);
 // riffles of six registers put channel k, pixels 8h..8h+7, in v[2k + h]),
 // then 8, then four at a time.
 template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*), Avx16uFn avx2>
-inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width, HsvPath path) {
+inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width, Isa isa) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
-  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
+  if (isa >= kIsaAvx2) x = avx2(s, d, block);
   for (; x + 16 <= block; x += 16) {
     const Lum16u* p = s + 3 * x;
     __m128i v[6] = {loadu(p), loadu(p + 8), loadu(p + 16), loadu(p + 24), loadu(p + 32), loadu(p + 40)};
@@ -344,10 +198,10 @@ inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width, HsvPath path) {
 // AC4: two 16-byte loads of four pixels a round; each pixel's colour goes out
 // as a 32-bit and a 16-bit store around the alpha word, which is not written.
 template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*), Avx16uFn avx2>
-inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width, HsvPath path) {
+inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width, Isa isa) {
   const int block = width & ~(kBlock - 1);
   int x = 0;
-  if (path >= kHsvPathAvx2) x = avx2(s, d, block);
+  if (isa >= kIsaAvx2) x = avx2(s, d, block);
   for (; x < block; x += 4) {
     const __m128i v0 = loadu(s + 4 * x);      // R0 G0 B0 A0 R1 G1 B1 A1
     const __m128i v1 = loadu(s + 4 * x + 8);  // R2 G2 B2 A2 R3 G3 B3 A3
@@ -382,90 +236,44 @@ inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width, HsvPath path) {
 
 // ===========================================================================
 // One-row kernels.  The C3R kernels test nchannels first and hand four-sample
-// rows to their AC4R twin, which carries the same arithmetic.  Each kernel
-// takes the widest path that the processor has; the _path forms take the
-// one they are given.
+// rows to their AC4R twin, which carries the same arithmetic.  isa is the
+// call's instruction-set level.
 
-HsvPath hsvBestPath() {
-  if (cpuHasAvx2()) return kHsvPathAvx2;
-  if (cpuHasSsse3()) return kHsvPathSsse3;
-  return kHsvPathSse2;
-}
-
-void innerRGBToHSV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
+void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
   kernel8uAC4<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>, blockRGBToHSV_8u_AC4_avx2>(
-      pSrc, pDst, width, path);
+      pSrc, pDst, width, isa);
 }
-void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  innerRGBToHSV_8u_AC4R_path(pSrc, pDst, width, hsvBestPath());
+void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, Isa isa) {
+  if (nchannels == 4) return innerRGBToHSV_8u_AC4R(pSrc, pDst, width, isa);
+  kernel8uC3<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>, blockRGBToHSV_8u_C3_avx2,
+             blockRGBToHSV_8u_C3_ssse3>(pSrc, pDst, width, isa);
 }
-void innerRGBToHSV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
-  kernel8uC3<rgbToHsvBlockVec<Hsv8u>, rgbToHsvTail<Hsv8u>, blockRGBToHSV_8u_C3_avx2>(
-      pSrc, pDst, width, path);
-}
-void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
-  if (nchannels == 4) {
-    innerRGBToHSV_8u_AC4R(pSrc, pDst, width);
-    return;
-  }
-  innerRGBToHSV_8u_C3R_path(pSrc, pDst, width, hsvBestPath());
-}
-
-void innerHSVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
+void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
   kernel8uAC4<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>, blockHSVToRGB_8u_AC4_avx2>(
-      pSrc, pDst, width, path);
+      pSrc, pDst, width, isa);
 }
-void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  innerHSVToRGB_8u_AC4R_path(pSrc, pDst, width, hsvBestPath());
+void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, Isa isa) {
+  if (nchannels == 4) return innerHSVToRGB_8u_AC4R(pSrc, pDst, width, isa);
+  kernel8uC3<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>, blockHSVToRGB_8u_C3_avx2,
+             blockHSVToRGB_8u_C3_ssse3>(pSrc, pDst, width, isa);
 }
-void innerHSVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path) {
-  kernel8uC3<hsvToRgbBlockVec<Hsv8u>, hsvToRgbTail<Hsv8u>, blockHSVToRGB_8u_C3_avx2>(
-      pSrc, pDst, width, path);
-}
-void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels) {
-  if (nchannels == 4) {
-    innerHSVToRGB_8u_AC4R(pSrc, pDst, width);
-    return;
-  }
-  innerHSVToRGB_8u_C3R_path(pSrc, pDst, width, hsvBestPath());
-}
-
-void innerRGBToHSV_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, Isa isa) {
   kernel16uAC4<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>,
-               blockRGBToHSV_16u_AC4_avx2>(pSrc, pDst, width, path);
+               blockRGBToHSV_16u_AC4_avx2>(pSrc, pDst, width, isa);
 }
-void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
-  innerRGBToHSV_16u_AC4R_path(pSrc, pDst, width, hsvBestPath());
-}
-void innerRGBToHSV_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels, Isa isa) {
+  if (nchannels == 4) return innerRGBToHSV_16u_AC4R(pSrc, pDst, width, isa);
   kernel16uC3<rgbToHsvBlockVec<Hsv16u>, vPackS32U16, rgbToHsvTail<Hsv16u>,
-              blockRGBToHSV_16u_C3_avx2>(pSrc, pDst, width, path);
+              blockRGBToHSV_16u_C3_avx2>(pSrc, pDst, width, isa);
 }
-void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
-  if (nchannels == 4) {
-    innerRGBToHSV_16u_AC4R(pSrc, pDst, width);
-    return;
-  }
-  innerRGBToHSV_16u_C3R_path(pSrc, pDst, width, hsvBestPath());
-}
-
-void innerHSVToRGB_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, Isa isa) {
   kernel16uAC4<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>,
-               blockHSVToRGB_16u_AC4_avx2>(pSrc, pDst, width, path);
+               blockHSVToRGB_16u_AC4_avx2>(pSrc, pDst, width, isa);
 }
-void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width) {
-  innerHSVToRGB_16u_AC4R_path(pSrc, pDst, width, hsvBestPath());
-}
-void innerHSVToRGB_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path) {
+void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels, Isa isa) {
+  if (nchannels == 4) return innerHSVToRGB_16u_AC4R(pSrc, pDst, width, isa);
   kernel16uC3<hsvToRgbBlockVec<Hsv16u>, packLow16, hsvToRgbTail<Hsv16u>,
-              blockHSVToRGB_16u_C3_avx2>(pSrc, pDst, width, path);
-}
-void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels) {
-  if (nchannels == 4) {
-    innerHSVToRGB_16u_AC4R(pSrc, pDst, width);
-    return;
-  }
-  innerHSVToRGB_16u_C3R_path(pSrc, pDst, width, hsvBestPath());
+              blockHSVToRGB_16u_C3_avx2>(pSrc, pDst, width, isa);
 }
 
 // ===========================================================================

@@ -5,9 +5,9 @@
 // reciprocal (rcpss / rcpps), bare for 8u and with one Newton step for 16u.
 // For each direction there are two scalar forms:
 //   - ...Tail: the scalar tail of the kernels, branch by branch;
-//   - ...Block: the per-lane meaning of the SSE2 main loop (whose vector twin,
-//     ...BlockVec, stands in pccmskcolor_hsv.cpp, and its eight-lane AVX2
-//     twin, ...BlockVec8, in pccmskcolor_hsv_avx2.cpp): masks instead of
+//   - ...Block: the per-lane meaning of the main loop, whose vector form,
+//     ...Lanes, stands right after it, written once on a lane type and
+//     compiled at 4 float lanes (SSE2) and 8 (AVX2): masks instead of
 //     branches, its own tie rule, and its own conversions and saturations.
 // The two are not the same function on purpose; both are required.
 #ifndef LUM_PCCMSKCOLOR_HSV_H
@@ -16,10 +16,13 @@
 #include <stdint.h>
 #include <string.h>
 
+#include "frame/lum_cpu.h"
+#include "frame/lum_lanes.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
 namespace lum {
+inline namespace LUM_ISA_NS {
 namespace hsv {
 
 // Pixels a round of the main loop; the rest of a row (0 to 3 pixels) goes
@@ -45,6 +48,8 @@ struct Hsv8u {
   static constexpr uint32_t kBitsD = kBitsDeg8u;
   static constexpr uint32_t kBitsE = kBitsInv255;
   static float rcp(float x) { return rcpS(x); }  // as it stands
+  static constexpr bool kNewton = false;
+  static constexpr bool kTruncate = true;        // main loop: cvttps2dq
 };
 struct Hsv16u {
   using Elem = Lum16u;
@@ -54,7 +59,21 @@ struct Hsv16u {
   static constexpr uint32_t kBitsD = kBitsDeg16u;
   static constexpr uint32_t kBitsE = kBitsInv65535;
   static float rcp(float x) { return rcpNewtonS(x); }  // one Newton step
+  static constexpr bool kNewton = true;
+  static constexpr bool kTruncate = false;             // main loop: cvtps2dq
 };
+
+// The main loop's reciprocal and conversion, on a lane type.
+template <class T, class F>
+inline F rcpLanes(F x) {
+  if constexpr (T::kNewton) return rcpNewton(x);
+  else return rcp(x);
+}
+template <class T, class F>
+inline typename LanesOf<F>::Int convertLanes(F x) {
+  if constexpr (T::kTruncate) return cvtTrunc(x);
+  else return cvtRound(x);
+}
 
 // The saturations of the main loops, lane by lane.
 // 8u: signed 32 -> 16 (packssdw), then unsigned 16 -> 8 (packuswb).
@@ -152,6 +171,48 @@ inline void rgbToHsvBlock(int r, int g, int b, typename T::Elem out[3]) {
   out[1] = static_cast<E>(blockConvert<T>(s));
 }
 
+// rgbToHsvBlock on a lane type: R, G, B as floats in, H, S, V as converted
+// 32-bit integers out (not yet saturated: the packs do that).  Black (V == 0)
+// and grey (d == 0) lanes are flagged; as the samples are not negative,
+// V == 0 implies d == 0 and the test on d covers both.  K goes into V and d of
+// flagged lanes, so that no lane takes the reciprocal of zero; their H is
+// forced to 0 at the end, and their S is 0 already as it multiplies the d
+// taken before the fill.
+template <class T, class F, class I = typename LanesOf<F>::Int>
+inline void rgbToHsvLanes(F R, F G, F B, I& H, I& S, I& V) {
+  const F K = broadcast<F>(T::K);
+  F Vf = max(max(R, G), B);
+  const F m = min(min(R, G), B);
+  const F d = Vf - m;
+  V = convertLanes<T>(Vf);  // taken before the fill below
+  const F flag = cmpEq(d, zero<F>());
+  const F fill = flag & K;
+  const F eqR = cmpEq(R, Vf);
+  const F eqG = cmpEq(G, Vf);
+  const F eqB = cmpEq(B, Vf);
+  Vf = Vf + fill;
+  const F dk = d + fill;
+  const F rV = rcpLanes<T>(Vf);
+  const F rd = rcpLanes<T>(dk);
+  const F s = (rV * d) * K;
+  const F Cr = (Vf - R) * rd;
+  const F Cg = (Vf - G) * rd;
+  const F Cb = (Vf - B) * rd;
+  // Tie rule of the main loop.
+  const F selG = andNot(eqR, eqG);
+  const F selB = andNot(selG, eqB);
+  const F selR = andNot(selB, eqR);
+  const F hR = Cb - Cg;
+  const F hG = (Cr - Cb) + broadcast<F>(2.0f);
+  const F hB = (Cg - Cr) + broadcast<F>(4.0f);
+  F h = (selR & hR) | ((selG & hG) | (selB & hB));
+  h = h * broadcast<F>(T::Q);
+  // h < 0: h + K; otherwise h + 0, which leaves h as it is.
+  h = h + (cmpLt(h, zero<F>()) & K);
+  H = convertLanes<T>(andNot(flag, h));
+  S = convertLanes<T>(s);
+}
+
 // ---------------------------------------------------------------------------
 // Inverse, HSV to RGB.  in = H, S, V; out = R, G, B.
 
@@ -234,47 +295,116 @@ inline void hsvToRgbBlock(int h, int s, int v, typename T::Elem out[3]) {
   for (int k = 0; k < 3; ++k) out[k] = static_cast<E>(blockConvertInv<T>(c[k]));
 }
 
+// hsvToRgbBlock on a lane type: H, S, V as floats in, R, G, B as converted
+// 32-bit integers out.  H == K acts as 0.  Every sextant takes V, p and one of
+// q (odd i) or t (even i): u below.  S == 0 takes V in all three: its vs is
+// 0, so p, q and t are V exactly in every sextant, and the selection has
+// already given V.
+template <class T, class F, class I = typename LanesOf<F>::Int>
+inline void hsvToRgbLanes(F Hf, F Sf, F Vf, I& R, I& G, I& B) {
+  const F zero_ = zero<F>();
+  const F one = broadcast<F>(1.0f);
+  const F two = one + one;
+  const F three = two + one;
+  const F four = three + one;
+  const F five = four + one;
+  F x = (Hf * broadcastBits<F>(kBitsInv60)) * broadcastBits<F>(T::kBitsD);
+  x = andNot(cmpEq(Hf, broadcast<F>(T::K)), x);
+  const F fi = toFloat(cvtTrunc(x));
+  const F vs = Vf * (Sf * broadcastBits<F>(T::kBitsE));
+  const F f = (x - fi) * vs;
+  const F p = Vf - vs;
+  const F q = Vf - f;
+  const F t = p + f;
+  const F i0 = cmpEq(fi, zero_), i1 = cmpEq(fi, one);
+  const F i2 = cmpEq(fi, two), i3 = cmpEq(fi, three);
+  const F i4 = cmpEq(fi, four), i5 = cmpEq(fi, five);
+  //            i:  0  1  2  3  4  5
+  //            R:  V  q  p  p  t  V
+  //            G:  t  V  V  q  p  p
+  //            B:  p  p  t  V  V  q
+  const F u = select((i1 | i3) | i5, q, t);
+  const F r = ((i0 | i5) & Vf) | (((i1 | i4) & u) | ((i2 | i3) & p));
+  const F g = ((i1 | i2) & Vf) | (((i0 | i3) & u) | ((i4 | i5) & p));
+  const F b = ((i3 | i4) & Vf) | (((i2 | i5) & u) | ((i0 | i1) & p));
+  R = convertLanes<T>(r);
+  G = convertLanes<T>(g);
+  B = convertLanes<T>(b);
+}
+
+// ---------------------------------------------------------------------------
+// The 4-lane forms of the main loop, as the SSE2 and SSSE3 loops use them:
+// R, G, B (or H, S, V) as floats in, converted 32-bit integers out.
+template <class T>
+inline void rgbToHsvBlockVec(__m128 R, __m128 G, __m128 B, __m128i& H, __m128i& S, __m128i& V) {
+  I32x4 h, s, v;
+  rgbToHsvLanes<T>(F32x4{R}, F32x4{G}, F32x4{B}, h, s, v);
+  H = h.v;
+  S = s.v;
+  V = v.v;
+}
+template <class T>
+inline void hsvToRgbBlockVec(__m128 H, __m128 S, __m128 V, __m128i& R, __m128i& G, __m128i& B) {
+  I32x4 r, g, b;
+  hsvToRgbLanes<T>(F32x4{H}, F32x4{S}, F32x4{V}, r, g, b);
+  R = r.v;
+  G = g.v;
+  B = b.v;
+}
+
+inline __m128 u8LanesToFloat(__m128i v, int group) {  // bytes 4g..4g+3 of v
+  const __m128i w = group < 2 ? lo8to16(v) : hi8to16(v);
+  const __m128i z = _mm_setzero_si128();
+  return _mm_cvtepi32_ps((group & 1) ? _mm_unpackhi_epi16(w, z) : _mm_unpacklo_epi16(w, z));
+}
+
+// The 8u main-loop conversion of 16 pixels (one register of bytes per input
+// channel) to 16 pixels (one register of bytes per output channel), four
+// lanes at a time; 8u saturates through packssdw and packuswb.
+using Vec8uFn = void (*)(__m128, __m128, __m128, __m128i&, __m128i&, __m128i&);
+template <Vec8uFn fn>
+inline void block16x8u(const __m128i in[3], __m128i out[3]) {
+  __m128i o[3][4];
+  for (int g = 0; g < 4; ++g)
+    fn(u8LanesToFloat(in[0], g), u8LanesToFloat(in[1], g), u8LanesToFloat(in[2], g), o[0][g],
+       o[1][g], o[2][g]);
+  for (int k = 0; k < 3; ++k)
+    out[k] = vPackS16U8(vPackS32S16(o[k][0], o[k][1]), vPackS32S16(o[k][2], o[k][3]));
+}
+
 }  // namespace hsv
+}  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
 // ---------------------------------------------------------------------------
 // One-row kernels.  The C3R kernels serve both layouts: with nchannels == 4
 // they hand the row to their AC4R twin, which never writes the fourth sample.
-void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels);
-void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels);
-void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
-void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels);
-void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
-void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
+// isa is the call's instruction-set level: SSE2 runs the 4-lane main loop
+// (the riffle network for 3-sample pixels); SSSE3 (de)interleaves 8u C3
+// pixels by byte shuffles; AVX2 runs the same main loop on 8 float lanes
+// over as much of it as its round allows (8u C3 32 pixels, 16u C3 16, AC4 8)
+// and leaves the rest to the narrower loops.  Every level gives the same
+// bytes.
+void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, lum::Isa isa);
+void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, lum::Isa isa);
+void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
+                           lum::Isa isa);
+void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
+                           lum::Isa isa);
+void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, lum::Isa isa);
+void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, lum::Isa isa);
 
-// Main-loop paths.  Every path gives the same bytes; the kernels above take
-// the widest that the processor has (hsvBestPath).
-//   kHsvPathSse2:  SSE2 throughout (the riffle network for 3-sample pixels);
-//   kHsvPathSsse3: 8u C3 (de)interleaves 16 pixels by SSSE3 byte shuffles;
-//                  the other kernels as kHsvPathSse2;
-//   kHsvPathAvx2:  eight float lanes (pccmskcolor_hsv_avx2.cpp) over as much
-//                  of the main loop as its round allows (8u C3 32 pixels,
-//                  16u C3 16, AC4 8), then the SSSE3 / SSE2 loop.
-enum HsvPath : int { kHsvPathSse2 = 0, kHsvPathSsse3 = 1, kHsvPathAvx2 = 2 };
-HsvPath hsvBestPath();
+// SSSE3 main loops of the 8u C3 kernels (pccmskcolor_hsv_ssse3.cpp): from
+// pixel x on, 16 pixels a round while they fit below end; each returns the
+// first pixel not done.
+int blockRGBToHSV_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockHSVToRGB_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
 
-// The one-row kernels with an explicit path (a path wider than the
-// processor has must not be asked for).
-void innerRGBToHSV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
-void innerHSVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
-void innerRGBToHSV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
-void innerHSVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, HsvPath path);
-void innerRGBToHSV_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
-void innerHSVToRGB_16u_C3R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
-void innerRGBToHSV_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
-void innerHSVToRGB_16u_AC4R_path(const Lum16u* pSrc, Lum16u* pDst, int width, HsvPath path);
-
-// AVX2 main loops (pccmskcolor_hsv_avx2.cpp), entered only when the
-// processor has AVX2: pixels [0, n) of a row, n the largest multiple of the
-// round (8u C3 32 pixels, 16u C3 16, AC4 8) not above end; each returns n
-// and leaves the rest of the row to the caller.
+// AVX2 main loops (pccmskcolor_hsv_avx2.cpp): pixels [0, n) of a row, n the
+// largest multiple of the round (8u C3 32 pixels, 16u C3 16, AC4 8) not
+// above end; each returns n and leaves the rest of the row to the caller.
 int blockRGBToHSV_8u_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
 int blockHSVToRGB_8u_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
 int blockRGBToHSV_8u_AC4_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
@@ -286,12 +416,12 @@ int blockHSVToRGB_16u_AC4_avx2(const Lum16u* pSrc, Lum16u* pDst, int end);
 
 // Row drivers (group-1 frame): steps in bytes for 8u, in elements for 16u.
 void myRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels);
+                       int height, int nchannels, lum::Isa isa);
 void myHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels);
+                       int height, int nchannels, lum::Isa isa);
 void myRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 void myHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels);
+                        int height, int nchannels, lum::Isa isa);
 
 #endif  // LUM_PCCMSKCOLOR_HSV_H

@@ -1,19 +1,17 @@
 // RGB and HSV: the main loops in AVX2, eight pixels a float register.
-// Compiled with -mavx2 and entered only when the processor has AVX2; the
-// caller finishes each row with the SSE2 main loop and the scalar tail.
+// Compiled with -mavx2 and entered only when the call's level is AVX2 or
+// more; the caller finishes each row with the narrower loops and the scalar
+// tail.
 //
-// rgbToHsvBlockVec8 and hsvToRgbBlockVec8 are the eight-lane twins of the
-// SSE2 rgbToHsvBlockVec and hsvToRgbBlockVec (pccmskcolor_hsv.cpp), whose
-// per-lane meaning is rgbToHsvBlock and hsvToRgbBlock (pccmskcolor_hsv.h):
-// the same operations in the same order, lane by lane (vrcpps where the SSE2
-// form takes rcpps, vcvttps2dq where it truncates, vcvtps2dq where it rounds
-// in the mode in force, the same masks and the same saturating packs), so
-// the bytes are the same.  The 256-bit packs work per 128-bit half; the
-// loads place the pixels so that each half packs into pixel order.
+// The arithmetic is rgbToHsvLanes and hsvToRgbLanes of pccmskcolor_hsv.h,
+// the formulas of the SSE2 loop, instantiated here on eight lanes: the same
+// operations in the same order, lane by lane, so the bytes are the same.
+// What is this unit's own is how pixels reach the lanes and leave them: the
+// 256-bit packs work per 128-bit half, and the loads place the pixels so
+// that each half packs into pixel order.
 //
-// Nothing here but the entry points has external linkage, and nothing of
-// pccmskcolor_hsv.h but its constants is used, so that no function compiled
-// for AVX2 can stand in for a copy of another unit.
+// Everything from the headers lives in the AVX2 instruction-set namespace,
+// and nothing here but the entry points has external linkage.
 #include <immintrin.h>
 
 #include "models/pccmskcolor_hsv.h"
@@ -24,114 +22,22 @@ using namespace lum::hsv;
 namespace {
 
 // ---------------------------------------------------------------------------
-// Element-type differences, eight lanes.
-inline __m256 bitsPs(uint32_t bits) {
-  return _mm256_castsi256_ps(_mm256_set1_epi32(static_cast<int>(bits)));
-}
-
-template <class T>
-struct Vec8Ops;
-template <>
-struct Vec8Ops<Hsv8u> {
-  static __m256 rcp(__m256 x) { return _mm256_rcp_ps(x); }          // as it stands
-  static __m256i cvt(__m256 x) { return _mm256_cvttps_epi32(x); }   // truncation
-};
-template <>
-struct Vec8Ops<Hsv16u> {
-  static __m256 rcp(__m256 x) {                                      // one Newton step
-    const __m256 r = _mm256_rcp_ps(x);
-    return _mm256_sub_ps(_mm256_add_ps(r, r), _mm256_mul_ps(_mm256_mul_ps(x, r), r));
-  }
-  static __m256i cvt(__m256 x) { return _mm256_cvtps_epi32(x); }    // mode in force
-};
-
-inline __m256 select8(__m256 mask, __m256 a, __m256 b) {  // mask ? a : b
-  return _mm256_or_ps(_mm256_and_ps(mask, a), _mm256_andnot_ps(mask, b));
-}
-
-// ---------------------------------------------------------------------------
-// rgbToHsvBlock, eight lanes: R, G, B as floats in, H, S, V as converted
-// 32-bit integers out (the packs saturate).  Step for step rgbToHsvBlockVec.
+// The main loop's formulas of pccmskcolor_hsv.h at eight float lanes.
 template <class T>
 inline void rgbToHsvBlockVec8(__m256 R, __m256 G, __m256 B, __m256i& H, __m256i& S, __m256i& V) {
-  const __m256 K = _mm256_set1_ps(T::K);
-  const __m256 zero = _mm256_setzero_ps();
-  __m256 Vf = _mm256_max_ps(_mm256_max_ps(R, G), B);
-  const __m256 m = _mm256_min_ps(_mm256_min_ps(R, G), B);
-  const __m256 d = _mm256_sub_ps(Vf, m);
-  V = Vec8Ops<T>::cvt(Vf);  // taken before the fill
-
-  // Black and grey lanes (d == 0) get K in V and d before the reciprocals;
-  // their H is forced to 0 at the end, their S is 0 through d.
-  const __m256 flag = _mm256_cmp_ps(d, zero, _CMP_EQ_OQ);
-  const __m256 fill = _mm256_and_ps(flag, K);
-  const __m256 eqR = _mm256_cmp_ps(R, Vf, _CMP_EQ_OQ);
-  const __m256 eqG = _mm256_cmp_ps(G, Vf, _CMP_EQ_OQ);
-  const __m256 eqB = _mm256_cmp_ps(B, Vf, _CMP_EQ_OQ);
-  Vf = _mm256_add_ps(Vf, fill);
-  const __m256 dk = _mm256_add_ps(d, fill);
-
-  const __m256 rV = Vec8Ops<T>::rcp(Vf);
-  const __m256 rd = Vec8Ops<T>::rcp(dk);
-  const __m256 s = _mm256_mul_ps(_mm256_mul_ps(rV, d), K);
-  const __m256 Cr = _mm256_mul_ps(_mm256_sub_ps(Vf, R), rd);
-  const __m256 Cg = _mm256_mul_ps(_mm256_sub_ps(Vf, G), rd);
-  const __m256 Cb = _mm256_mul_ps(_mm256_sub_ps(Vf, B), rd);
-
-  // Tie rule of the main loop.
-  const __m256 selG = _mm256_andnot_ps(eqR, eqG);
-  const __m256 selB = _mm256_andnot_ps(selG, eqB);
-  const __m256 selR = _mm256_andnot_ps(selB, eqR);
-  const __m256 hR = _mm256_sub_ps(Cb, Cg);
-  const __m256 hG = _mm256_add_ps(_mm256_sub_ps(Cr, Cb), _mm256_set1_ps(2.0f));
-  const __m256 hB = _mm256_add_ps(_mm256_sub_ps(Cg, Cr), _mm256_set1_ps(4.0f));
-  __m256 h = _mm256_or_ps(_mm256_and_ps(selR, hR),
-                          _mm256_or_ps(_mm256_and_ps(selG, hG), _mm256_and_ps(selB, hB)));
-  h = _mm256_mul_ps(h, _mm256_set1_ps(T::Q));
-  h = _mm256_add_ps(h, _mm256_and_ps(_mm256_cmp_ps(h, zero, _CMP_LT_OS), K));
-
-  H = Vec8Ops<T>::cvt(_mm256_andnot_ps(flag, h));
-  S = Vec8Ops<T>::cvt(s);
+  I32x8 h, s, v;
+  rgbToHsvLanes<T>(F32x8{R}, F32x8{G}, F32x8{B}, h, s, v);
+  H = h.v;
+  S = s.v;
+  V = v.v;
 }
-
-// hsvToRgbBlock, eight lanes: H, S, V as floats in, R, G, B as converted
-// 32-bit integers out.  Step for step hsvToRgbBlockVec.
 template <class T>
-inline void hsvToRgbBlockVec8(__m256 Hf, __m256 Sf, __m256 Vf, __m256i& R, __m256i& G,
-                              __m256i& B) {
-  const __m256 zero = _mm256_setzero_ps();
-  const __m256 one = _mm256_set1_ps(1.0f);
-  const __m256 two = _mm256_add_ps(one, one);
-  const __m256 three = _mm256_add_ps(two, one);
-  const __m256 four = _mm256_add_ps(three, one);
-  const __m256 five = _mm256_add_ps(four, one);
-
-  __m256 x = _mm256_mul_ps(_mm256_mul_ps(Hf, bitsPs(kBitsInv60)), bitsPs(T::kBitsD));
-  x = _mm256_andnot_ps(_mm256_cmp_ps(Hf, _mm256_set1_ps(T::K), _CMP_EQ_OQ), x);  // H == K: 0
-  const __m256 fi = _mm256_cvtepi32_ps(_mm256_cvttps_epi32(x));
-  const __m256 vs = _mm256_mul_ps(Vf, _mm256_mul_ps(Sf, bitsPs(T::kBitsE)));
-  const __m256 f = _mm256_mul_ps(_mm256_sub_ps(x, fi), vs);
-  const __m256 p = _mm256_sub_ps(Vf, vs);
-  const __m256 q = _mm256_sub_ps(Vf, f);
-  const __m256 t = _mm256_add_ps(p, f);
-
-  const __m256 i0 = _mm256_cmp_ps(fi, zero, _CMP_EQ_OQ), i1 = _mm256_cmp_ps(fi, one, _CMP_EQ_OQ);
-  const __m256 i2 = _mm256_cmp_ps(fi, two, _CMP_EQ_OQ), i3 = _mm256_cmp_ps(fi, three, _CMP_EQ_OQ);
-  const __m256 i4 = _mm256_cmp_ps(fi, four, _CMP_EQ_OQ), i5 = _mm256_cmp_ps(fi, five, _CMP_EQ_OQ);
-  // V, p, and q (odd i) or t (even i): u.
-  const __m256 u = select8(_mm256_or_ps(_mm256_or_ps(i1, i3), i5), q, t);
-  const __m256 r = _mm256_or_ps(
-      _mm256_and_ps(_mm256_or_ps(i0, i5), Vf),
-      _mm256_or_ps(_mm256_and_ps(_mm256_or_ps(i1, i4), u), _mm256_and_ps(_mm256_or_ps(i2, i3), p)));
-  const __m256 g = _mm256_or_ps(
-      _mm256_and_ps(_mm256_or_ps(i1, i2), Vf),
-      _mm256_or_ps(_mm256_and_ps(_mm256_or_ps(i0, i3), u), _mm256_and_ps(_mm256_or_ps(i4, i5), p)));
-  const __m256 b = _mm256_or_ps(
-      _mm256_and_ps(_mm256_or_ps(i3, i4), Vf),
-      _mm256_or_ps(_mm256_and_ps(_mm256_or_ps(i2, i5), u), _mm256_and_ps(_mm256_or_ps(i0, i1), p)));
-  R = Vec8Ops<T>::cvt(r);
-  G = Vec8Ops<T>::cvt(g);
-  B = Vec8Ops<T>::cvt(b);
+inline void hsvToRgbBlockVec8(__m256 H, __m256 S, __m256 V, __m256i& R, __m256i& G, __m256i& B) {
+  I32x8 r, g, b;
+  hsvToRgbLanes<T>(F32x8{H}, F32x8{S}, F32x8{V}, r, g, b);
+  R = r.v;
+  G = g.v;
+  B = b.v;
 }
 
 using Vec8Fn = void (*)(__m256, __m256, __m256, __m256i&, __m256i&, __m256i&);

@@ -41,13 +41,11 @@ inline void tailAC4(const Lum8u* pSrc, Lum8u* pDst, int x, int width, Tail tail)
 // the 3-byte pixels differs).  The two AC4 kernels store the colour bytes of
 // a pixel with a 16-bit and an 8-bit store, or, where the processor has
 // AVX-512 byte masks, with one masked store for four pixels; alpha is never
-// read nor written either way.  The _path forms take the choice explicitly.
+// read nor written either way.  The call's instruction-set level chooses.
 
 // Block F1 (16), tail F3.
-void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  innerRGBToYUV_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
-}
-void innerRGBToYUV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
+void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  const bool ssse3 = isa >= kIsaSsse3;
   const int block = width & ~(kBlockRGBToYUV_C3 - 1);
   int x = ssse3 ? blockRGBToYUV_C3_ssse3(pSrc, pDst, block)
                 : blockC3toC3<NetSse2>(pSrc, pDst, block, StepF1{});
@@ -56,10 +54,8 @@ void innerRGBToYUV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 
 // Block F2 (8) storing only the colour bytes, tail F3; the fourth byte of every
 // destination pixel is left as it was.
-void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  innerRGBToYUV_8u_AC4R_path(pSrc, pDst, width, cpuHasAvx512Masked());
-}
-void innerRGBToYUV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked) {
+void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  const bool masked = isa >= kIsaAvx512;
   const int block = width & ~(kBlockRGBToYUV_AC4 - 1);
   const int x = masked ? blockRGBToYUV_AC4_avx512(pSrc, pDst, block)
                        : blockAC4<StoreSplit>(pSrc, pDst, block, StepF2{});
@@ -92,11 +88,9 @@ void innerRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum
 }
 
 // Block F1 (8), tail F5.
-void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width) {
-  innerRGBToYUV_8u_C3P3R_path(pSrc, pY, pU, pV, width, cpuHasSsse3());
-}
-void innerRGBToYUV_8u_C3P3R_path(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                                 bool ssse3) {
+void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
+                            Isa isa) {
+  const bool ssse3 = isa >= kIsaSsse3;
   const int block = width & ~(kBlockRGBToYUV_C3P3 - 1);
   int x = ssse3 ? blockRGBToYUV_C3P3_ssse3(pSrc, pY, pU, pV, block)
                 : blockC3toP3<NetSse2>(pSrc, pY, pU, pV, block, StepF1{});
@@ -104,10 +98,8 @@ void innerRGBToYUV_8u_C3P3R_path(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u*
 }
 
 // G1 in block loop (8) and tail.
-void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  innerYUVToRGB_8u_C3R_path(pSrc, pDst, width, cpuHasSsse3());
-}
-void innerYUVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3) {
+void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  const bool ssse3 = isa >= kIsaSsse3;
   const int block = width & ~(kBlockYUVToRGB_C3 - 1);
   int x = ssse3 ? blockYUVToRGB_C3_ssse3(pSrc, pDst, block)
                 : blockC3toC3<NetSse2>(pSrc, pDst, block, StepG1{});
@@ -116,10 +108,8 @@ void innerYUVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool s
 
 // G1 in the 8-pixel loop (colour bytes only) and in the rest, which stores
 // bytes; the fourth byte of every destination pixel is left as it was.
-void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  innerYUVToRGB_8u_AC4R_path(pSrc, pDst, width, cpuHasAvx512Masked());
-}
-void innerYUVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked) {
+void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  const bool masked = isa >= kIsaAvx512;
   const int block = width & ~(kBlockYUVToRGB_AC4 - 1);
   const int x = masked ? blockYUVToRGB_AC4_avx512(pSrc, pDst, block)
                        : blockAC4<StoreSplit>(pSrc, pDst, block, StepG1AC4{});
@@ -156,11 +146,8 @@ void innerYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum
 
 // G4 in block loop (16) and tail.
 void innerYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                            int width) {
-  innerYUVToRGB_8u_P3C3R_path(pY, pU, pV, pDst, width, cpuHasSsse3());
-}
-void innerYUVToRGB_8u_P3C3R_path(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                                 int width, bool ssse3) {
+                                 int width, Isa isa) {
+  const bool ssse3 = isa >= kIsaSsse3;
   const int block = width & ~(kBlockYUVToRGB_P3C3 - 1);
   int x = ssse3 ? blockYUVToRGB_P3C3_ssse3(pY, pU, pV, pDst, block)
                 : blockP3toC3<NetSse2>(pY, pU, pV, pDst, block, StepG4{});
@@ -171,12 +158,12 @@ void innerYUVToRGB_8u_P3C3R_path(const Lum8u* pY, const Lum8u* pU, const Lum8u* 
 // Row drivers: pointers, width, height, steps; all rows on the calling thread.
 
 void myRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                       int dstStep) {
-  serialRows(height, [&](int y) { innerRGBToYUV_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width); });
+                       int dstStep, Isa isa) {
+  serialRows(height, [&](int y) { innerRGBToYUV_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa); });
 }
 void myRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                        int dstStep) {
-  serialRows(height, [&](int y) { innerRGBToYUV_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width); });
+                        int dstStep, Isa isa) {
+  serialRows(height, [&](int y) { innerRGBToYUV_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa); });
 }
 void myRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
                        Lum8u* pV, int width, int height, int srcStep, int dstStep) {
@@ -186,19 +173,19 @@ void myRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u*
   });
 }
 void myRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                         int height, int srcStep, int dstStep) {
+                         int height, int srcStep, int dstStep, Isa isa) {
   serialRows(height, [&](int y) {
     innerRGBToYUV_8u_C3P3R(rowPtr(pSrc, y, srcStep), rowPtr(pY, y, dstStep), rowPtr(pU, y, dstStep),
-                           rowPtr(pV, y, dstStep), width);
+                           rowPtr(pV, y, dstStep), width, isa);
   });
 }
 void myYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                       int dstStep) {
-  serialRows(height, [&](int y) { innerYUVToRGB_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width); });
+                       int dstStep, Isa isa) {
+  serialRows(height, [&](int y) { innerYUVToRGB_8u_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa); });
 }
 void myYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                        int dstStep) {
-  serialRows(height, [&](int y) { innerYUVToRGB_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width); });
+                        int dstStep, Isa isa) {
+  serialRows(height, [&](int y) { innerYUVToRGB_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa); });
 }
 void myYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
                        Lum8u* pB, int width, int height, int srcStep, int dstStep) {
@@ -208,10 +195,10 @@ void myYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u*
   });
 }
 void myYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                         int width, int height, int srcStep, int dstStep) {
+                         int width, int height, int srcStep, int dstStep, Isa isa) {
   serialRows(height, [&](int y) {
     innerYUVToRGB_8u_P3C3R(rowPtr(pY, y, srcStep), rowPtr(pU, y, srcStep), rowPtr(pV, y, srcStep),
-                           rowPtr(pDst, y, dstStep), width);
+                           rowPtr(pDst, y, dstStep), width, isa);
   });
 }
 
@@ -222,7 +209,7 @@ LUM_PUBLIC LumStatus lumiRGBToYUV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* 
                                          LumSize roiSize) {
   const LumStatus st = checkP1({pSrc, pDst}, roiSize);
   if (st != LumOk) return st;
-  myRGBToYUV_8u_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
+  myRGBToYUV_8u_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa());
   return LumOk;
 }
 
@@ -230,7 +217,7 @@ LUM_PUBLIC LumStatus lumiRGBToYUV_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u*
                                           int dstStep, LumSize roiSize) {
   const LumStatus st = checkP1({pSrc, pDst}, roiSize);
   if (st != LumOk) return st;
-  myRGBToYUV_8u_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
+  myRGBToYUV_8u_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa());
   return LumOk;
 }
 
@@ -248,7 +235,7 @@ LUM_PUBLIC LumStatus lumiRGBToYUV_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u
   const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pDst, 3)});
   if (st != LumOk) return st;
   myRGBToYUV_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], roiSize.width, roiSize.height, srcStep,
-                      dstStep);
+                      dstStep, isa());
   return LumOk;
 }
 
@@ -256,7 +243,7 @@ LUM_PUBLIC LumStatus lumiYUVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* 
                                          LumSize roiSize) {
   const LumStatus st = checkP1({pSrc, pDst}, roiSize);
   if (st != LumOk) return st;
-  myYUVToRGB_8u_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
+  myYUVToRGB_8u_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa());
   return LumOk;
 }
 
@@ -264,7 +251,7 @@ LUM_PUBLIC LumStatus lumiYUVToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u*
                                           int dstStep, LumSize roiSize) {
   const LumStatus st = checkP1({pSrc, pDst}, roiSize);
   if (st != LumOk) return st;
-  myYUVToRGB_8u_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
+  myYUVToRGB_8u_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa());
   return LumOk;
 }
 
@@ -282,6 +269,6 @@ LUM_PUBLIC LumStatus lumiYUVToRGB_8u_P3C3R(const Lum8u* const pSrc[3], int srcSt
   const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3)});
   if (st != LumOk) return st;
   myYUVToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width, roiSize.height, srcStep,
-                      dstStep);
+                      dstStep, isa());
   return LumOk;
 }

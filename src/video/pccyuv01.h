@@ -4,10 +4,12 @@
 #ifndef LUM_PCCYUV01_H
 #define LUM_PCCYUV01_H
 
+#include "frame/lum_cpu.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
 namespace lum {
+inline namespace LUM_ISA_NS {
 namespace yuv444 {
 
 // Block sizes of the one-row kernels.
@@ -94,32 +96,25 @@ inline void g4(int Y, int U, int V, uint8_t* rgb) {
 }
 
 }  // namespace yuv444
+}  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
-// One-row kernels.
-void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+// One-row kernels.  The pixel-order kernels take the instruction-set level
+// of the call: SSSE3 (de)interleaves 3-byte pixels by byte shuffles, AVX-512
+// stores the colour bytes of AC4 pixels by byte masks; every level gives the
+// bytes of the SSE2 block loop.
+void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
                           Lum8u* pU, Lum8u* pV, int width);
-void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width);
-void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
+                            lum::Isa isa);
+void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
                           Lum8u* pG, Lum8u* pB, int width);
 void innerYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                            int width);
-
-// The pixel-order kernels with an explicit choice of block path (SSSE3 or
-// the SSE2 network); both give the same bytes.
-void innerRGBToYUV_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
-void innerRGBToYUV_8u_C3P3R_path(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                                 bool ssse3);
-void innerYUVToRGB_8u_C3R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3);
-void innerYUVToRGB_8u_P3C3R_path(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                                 int width, bool ssse3);
-
-void innerRGBToYUV_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked);
-void innerYUVToRGB_8u_AC4R_path(const Lum8u* pSrc, Lum8u* pDst, int width, bool masked);
+                            int width, lum::Isa isa);
 
 // AVX-512 (BW, VL) byte-masked stores for the AC4 block loops
 // (pccyuv01_avx512.cpp): pixels [0, end), end a multiple of 8; each returns

@@ -1,7 +1,8 @@
 // RGB and YUV 4:4:4: the SSE2 forms of the block formulas, and the block
 // loops over 3-byte pixels parameterised by the (de)interleave network.
-// Included by the SSE2 unit and by the SSSE3 unit; everything here has
-// internal linkage so that each unit keeps its own instructions.
+// Included by the SSE2 unit and by the faster-path units; everything here has
+// internal linkage so that each unit keeps its own instructions, and nothing
+// here is an object with an initialiser (constants are built where used).
 #ifndef LUM_PCCYUV01_BLOCKS_H
 #define LUM_PCCYUV01_BLOCKS_H
 
@@ -14,8 +15,6 @@ namespace {
 namespace yuv444blocks {
 
 using namespace lum;
-
-const __m128i kZero = _mm_setzero_si128();
 
 // ---------------------------------------------------------------------------
 // F1 in SSE2, 8 pixels in 16-bit lanes (the vector form of f1Y/f1U/f1V).
@@ -51,11 +50,11 @@ inline __m128i f2ChanVec(__m128i R, __m128i G, __m128i B, int c0, int c1, int c2
   const __m128i vd = _mm_set1_epi32(d);
   const __m128i lo = _mm_add_epi32(
       _mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(R, G), kRG), 15),
-                    _mm_srai_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(B, kZero), kB), 15)),
+                    _mm_srai_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(B, _mm_setzero_si128()), kB), 15)),
       vd);
   const __m128i hi = _mm_add_epi32(
       _mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(R, G), kRG), 15),
-                    _mm_srai_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(B, kZero), kB), 15)),
+                    _mm_srai_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(B, _mm_setzero_si128()), kB), 15)),
       vd);
   return vPackS32S16(lo, hi);
 }
@@ -261,7 +260,7 @@ inline int blockAC4(const Lum8u* pSrc, Lum8u* pDst, int end, Vec8 vecFn) {
     deinterleave4x8(pSrc + 4 * x, c);
     vecFn(lo8to16(c[0]), lo8to16(c[1]), lo8to16(c[2]), o);
     const __m128i outc[4] = {vPackS16U8(o[0], o[0]), vPackS16U8(o[1], o[1]),
-                             vPackS16U8(o[2], o[2]), kZero};
+                             vPackS16U8(o[2], o[2]), _mm_setzero_si128()};
     __m128i px[2];
     interleave4x8(outc, px);
     Store::store4(pDst + 4 * x, px[0]);

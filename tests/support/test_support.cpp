@@ -59,4 +59,19 @@ std::string where(int x, int y, int c) {
   return s.str();
 }
 
+std::vector<lum::Isa> isaLevels() {
+  std::vector<lum::Isa> levels;
+  for (int l = lum::kIsaSse2; l <= lum::processorIsa(); ++l) levels.push_back(static_cast<lum::Isa>(l));
+  return levels;
+}
+
+const char* isaName(lum::Isa level) {
+  switch (level) {
+    case lum::kIsaSse2: return "sse2";
+    case lum::kIsaSsse3: return "ssse3";
+    case lum::kIsaAvx2: return "avx2";
+    default: return "avx512";
+  }
+}
+
 }  // namespace lumtest

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/lum_cpu.h"
 #include "lumcc.h"
 
 namespace lumtest {
@@ -68,6 +69,24 @@ class TeamSize {
  private:
   int old_;
 };
+
+// Lowers the instruction-set cap for the life of the object, so that the
+// public functions take the paths of that level (never more than the
+// processor has).
+class IsaCap {
+ public:
+  explicit IsaCap(lum::Isa cap) : old_(lum::setIsaCap(cap)) {}
+  ~IsaCap() { lum::setIsaCap(old_); }
+  IsaCap(const IsaCap&) = delete;
+  IsaCap& operator=(const IsaCap&) = delete;
+
+ private:
+  lum::Isa old_;
+};
+
+// Every level from SSE2 up to what this processor has.
+std::vector<lum::Isa> isaLevels();
+const char* isaName(lum::Isa level);
 
 // Widths that cross every block boundary of blocks up to 32 pixels.
 std::vector<int> widthsUpTo(int maxWidth);
