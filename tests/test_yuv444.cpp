@@ -146,14 +146,17 @@ void expectMatchesScalarForms(const Fn& f, CallImages& s, int w, int h) {
 class Yuv444 : public ::testing::TestWithParam<Fn> {};
 
 // Random rows of every width from 1 to 70 (and some wide ones), at several
-// alignments: SSE2 block loops against the scalar forms, guard bytes intact,
-// alpha bytes of AC4 destinations untouched.
+// alignments and every instruction-set level: block loops against the scalar
+// forms, guard bytes intact, alpha bytes of AC4 destinations untouched.
 TEST_P(Yuv444, KernelsMatchScalarFormsAtEveryWidth) {
   const Fn& f = GetParam();
   std::mt19937 rng(1234);
   std::vector<int> widths = lumtest::widthsUpTo(70);
   for (int w : {95, 96, 97, 127, 128, 129, 255, 1001}) widths.push_back(w);
+  for (lum::Isa level : lumtest::isaLevels())
   for (int w : widths) {
+    SCOPED_TRACE(lumtest::isaName(level));
+    const lumtest::IsaCap cap(level);
     const int h = 1 + (w % 3);
     CallImages s(f, w, h, w % 16, (w * 7) % 19);
     for (auto* g : s.im.src) g->fillRandom(rng);

@@ -67,9 +67,9 @@ namespace {
 // same channel.
 template <class VecFn, class TailFn>
 inline void passRGBToYUV_P3(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOut,
-                            int width, VecFn vec, TailFn tail) {
+                            int width, int plane, Isa isa, VecFn vec, TailFn tail) {
   const int block = width & ~(kBlockRGBToYUV_P3 - 1);
-  int x = 0;
+  int x = isa >= kIsaAvx2 ? blockRGBToYUV_P3_avx2(pR, pG, pB, pOut, plane, block) : 0;
   for (; x < block; x += 16) {
     const __m128i r = loadu(pR + x), g = loadu(pG + x), b = loadu(pB + x);
     storeu(pOut + x, vPackS16U8(vec(lo8to16(r), lo8to16(g), lo8to16(b)),
@@ -81,10 +81,10 @@ inline void passRGBToYUV_P3(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, L
 
 // One pass per destination plane: Y, then U, then V.
 void innerRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                          Lum8u* pU, Lum8u* pV, int width) {
-  passRGBToYUV_P3(pR, pG, pB, pY, width, f1YVec, f4Y);
-  passRGBToYUV_P3(pR, pG, pB, pU, width, f1UVec, f4U);
-  passRGBToYUV_P3(pR, pG, pB, pV, width, f1VVec, f4V);
+                          Lum8u* pU, Lum8u* pV, int width, Isa isa) {
+  passRGBToYUV_P3(pR, pG, pB, pY, width, 0, isa, f1YVec, f4Y);
+  passRGBToYUV_P3(pR, pG, pB, pU, width, 1, isa, f1UVec, f4U);
+  passRGBToYUV_P3(pR, pG, pB, pV, width, 2, isa, f1VVec, f4V);
 }
 
 // Block F1 (8), tail F5.
@@ -120,9 +120,9 @@ namespace {
 // One plane pass of the P3 inverse kernel: block G2 (8) and tail G3.
 template <class VecFn, class TailFn>
 inline void passYUVToRGB_P3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pOut,
-                            int width, VecFn vec, TailFn tail) {
+                            int width, int plane, Isa isa, VecFn vec, TailFn tail) {
   const int block = width & ~(kBlockYUVToRGB_P3 - 1);
-  int x = 0;
+  int x = isa >= kIsaAvx2 ? blockYUVToRGB_P3_avx2(pY, pU, pV, pOut, plane, block) : 0;
   for (; x + 16 <= block; x += 16) {
     const __m128i y = loadu(pY + x), u = loadu(pU + x), v = loadu(pV + x);
     storeu(pOut + x, vPackS16U8(vec(lo8to16(y), lo8to16(u), lo8to16(v)),
@@ -138,10 +138,10 @@ inline void passYUVToRGB_P3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, L
 
 // One pass per destination plane: R, then G, then B.
 void innerYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
-                          Lum8u* pG, Lum8u* pB, int width) {
-  passYUVToRGB_P3(pY, pU, pV, pR, width, g2RVec, g3R);
-  passYUVToRGB_P3(pY, pU, pV, pG, width, g2GVec, g3G);
-  passYUVToRGB_P3(pY, pU, pV, pB, width, g2BVec, g3B);
+                          Lum8u* pG, Lum8u* pB, int width, Isa isa) {
+  passYUVToRGB_P3(pY, pU, pV, pR, width, 0, isa, g2RVec, g3R);
+  passYUVToRGB_P3(pY, pU, pV, pG, width, 1, isa, g2GVec, g3G);
+  passYUVToRGB_P3(pY, pU, pV, pB, width, 2, isa, g2BVec, g3B);
 }
 
 // G4 in block loop (16) and tail.
@@ -166,10 +166,10 @@ void myRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, i
   serialRows(height, [&](int y) { innerRGBToYUV_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa); });
 }
 void myRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
-                       Lum8u* pV, int width, int height, int srcStep, int dstStep) {
+                       Lum8u* pV, int width, int height, int srcStep, int dstStep, Isa isa) {
   serialRows(height, [&](int y) {
     innerRGBToYUV_8u_P3R(rowPtr(pR, y, srcStep), rowPtr(pG, y, srcStep), rowPtr(pB, y, srcStep),
-                         rowPtr(pY, y, dstStep), rowPtr(pU, y, dstStep), rowPtr(pV, y, dstStep), width);
+                         rowPtr(pY, y, dstStep), rowPtr(pU, y, dstStep), rowPtr(pV, y, dstStep), width, isa);
   });
 }
 void myRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
@@ -188,10 +188,10 @@ void myYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, i
   serialRows(height, [&](int y) { innerYUVToRGB_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa); });
 }
 void myYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
-                       Lum8u* pB, int width, int height, int srcStep, int dstStep) {
+                       Lum8u* pB, int width, int height, int srcStep, int dstStep, Isa isa) {
   serialRows(height, [&](int y) {
     innerYUVToRGB_8u_P3R(rowPtr(pY, y, srcStep), rowPtr(pU, y, srcStep), rowPtr(pV, y, srcStep),
-                         rowPtr(pR, y, dstStep), rowPtr(pG, y, dstStep), rowPtr(pB, y, dstStep), width);
+                         rowPtr(pR, y, dstStep), rowPtr(pG, y, dstStep), rowPtr(pB, y, dstStep), width, isa);
   });
 }
 void myYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
@@ -226,7 +226,7 @@ LUM_PUBLIC LumStatus lumiRGBToYUV_8u_P3R(const Lum8u* const pSrc[3], int srcStep
   const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
   if (st != LumOk) return st;
   myRGBToYUV_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width,
-                    roiSize.height, srcStep, dstStep);
+                    roiSize.height, srcStep, dstStep, isa());
   return LumOk;
 }
 
@@ -260,7 +260,7 @@ LUM_PUBLIC LumStatus lumiYUVToRGB_8u_P3R(const Lum8u* const pSrc[3], int srcStep
   const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
   if (st != LumOk) return st;
   myYUVToRGB_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width,
-                    roiSize.height, srcStep, dstStep);
+                    roiSize.height, srcStep, dstStep, isa());
   return LumOk;
 }
 

@@ -5,6 +5,7 @@
 #define LUM_PCCYUV01_H
 
 #include "frame/lum_cpu.h"
+#include "frame/lum_lanes.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
@@ -33,6 +34,25 @@ inline int f1U(int R, int G, int B) {
 inline int f1V(int R, int G, int B) {
   return sat8u(sat16s((sat16s(sat16s(Hs(128 * R, 20152) + Hs(128 * G, -16875)) + Hs(128 * B, -3276)) >> 6) + 128));
 }
+
+// F1 on a lane type of 16-bit lanes (I16x8 for SSE2, I16x16 for AVX2): the
+// samples widened to 16 bits in, the results (not yet narrowed: the pack to
+// bytes saturates, which is the sat8u above) out.
+template <class I>
+inline I f1YLanes(I R, I G, I B) {
+  const I s = addSatU(mulHiU(shl<8>(R), broadcast16<I>(19595)), mulHiU(shl<8>(G), broadcast16<I>(38469)));
+  return shrL<8>(addSatU(s, mulHiU(shl<8>(B), broadcast16<I>(7471))));
+}
+template <class I>
+inline I f1ChromaLanes(I R, I G, I B, int cr, int cg, int cb) {
+  const I s = addSat(mulHi(shl<7>(R), broadcast16<I>(cr)), mulHi(shl<7>(G), broadcast16<I>(cg)));
+  const I t = addSat(s, mulHi(shl<7>(B), broadcast16<I>(cb)));
+  return addSat(shrA<6>(t), broadcast16<I>(128));
+}
+template <class I>
+inline I f1ULanes(I R, I G, I B) { return f1ChromaLanes(R, G, B, -4816, -9469, 14286); }
+template <class I>
+inline I f1VLanes(I R, I G, I B) { return f1ChromaLanes(R, G, B, 20152, -16875, -3276); }
 
 // F2: block loop of the AC4 forward kernel.  R and G share one shift, B has
 // its own; the chroma constants are one off those of F1, on purpose.
@@ -75,12 +95,35 @@ inline void g1(int Y, int U, int V, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(Y + Hs(u, 16646))));
 }
 
+// G1 on a lane type of 16-bit lanes (saturating adds; the pack saturates
+// to bytes).
+template <class I>
+inline void g1Lanes(I Y, I U, I V, I& R, I& G, I& B) {
+  const I u = shl<3>(U - broadcast16<I>(128));
+  const I v = shl<3>(V - broadcast16<I>(128));
+  R = addSat(Y, mulHi(v, broadcast16<I>(9339)));
+  G = addSat(addSat(Y, mulHi(u, broadcast16<I>(-3228))), mulHi(v, broadcast16<I>(-4760)));
+  B = addSat(Y, mulHi(u, broadcast16<I>(16646)));
+}
+
 // G2: block loop of the P3 inverse kernel.
 inline int g2R(int Y, int, int V) { return sat8u(Y + (Hs(64 * (V - 128), 18677) >> 4)); }
 inline int g2G(int Y, int U, int V) {
   return sat8u(Y - ((Hs(64 * (U - 128), 6455) + Hs(64 * (V - 128), 9519)) >> 4));
 }
 inline int g2B(int Y, int U, int) { return sat8u(Y + (Hs(64 * (U - 128), 16646) >> 3)); }
+
+// G2 on a lane type of 16-bit lanes, one output plane at a time.
+template <class I>
+inline I g2Chroma(I U) { return shl<6>(U - broadcast16<I>(128)); }
+template <class I>
+inline I g2RLanes(I Y, I, I V) { return Y + shrA<4>(mulHi(g2Chroma(V), broadcast16<I>(18677))); }
+template <class I>
+inline I g2GLanes(I Y, I U, I V) {
+  return Y - shrA<4>(mulHi(g2Chroma(U), broadcast16<I>(6455)) + mulHi(g2Chroma(V), broadcast16<I>(9519)));
+}
+template <class I>
+inline I g2BLanes(I Y, I U, I) { return Y + shrA<3>(mulHi(g2Chroma(U), broadcast16<I>(16646))); }
 
 // G3: tail of the P3 inverse kernel (coefficients times 128).
 inline int g3R(int Y, int, int V) { return sat8u((16384 * Y + 18677 * V - 2390656) >> 14); }
@@ -95,26 +138,46 @@ inline void g4(int Y, int U, int V, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(T + Hs(u, 16645)) >> 1));
 }
 
+// G4 on a lane type of 16-bit lanes.
+template <class I>
+inline void g4Lanes(I Y, I U, I V, I& R, I& G, I& B) {
+  const I u = shl<4>(U) - broadcast16<I>(2048);
+  const I v = shl<4>(V) - broadcast16<I>(2048);
+  const I T = shl<1>(Y);
+  R = shrA<1>(addSat(T, mulHi(v, broadcast16<I>(9338))));
+  G = shrA<1>(addSat(addSat(T, mulHi(u, broadcast16<I>(-3227))), mulHi(v, broadcast16<I>(-4759))));
+  B = shrA<1>(addSat(T, mulHi(u, broadcast16<I>(16645))));
+}
+
 }  // namespace yuv444
 }  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
-// One-row kernels.  The pixel-order kernels take the instruction-set level
-// of the call: SSSE3 (de)interleaves 3-byte pixels by byte shuffles, AVX-512
-// stores the colour bytes of AC4 pixels by byte masks; every level gives the
-// bytes of the SSE2 block loop.
+// One-row kernels.  The kernels take the instruction-set level of the call:
+// SSSE3 (de)interleaves 3-byte pixels by byte shuffles, AVX2 runs the plane
+// passes of the P3 kernels at 16 lanes, AVX-512 stores the colour bytes of
+// AC4 pixels by byte masks; every level gives the bytes of the SSE2 block
+// loop.
 void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                          Lum8u* pU, Lum8u* pV, int width);
+                          Lum8u* pU, Lum8u* pV, int width, lum::Isa isa);
 void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
                             lum::Isa isa);
 void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
-                          Lum8u* pG, Lum8u* pB, int width);
+                          Lum8u* pG, Lum8u* pB, int width, lum::Isa isa);
 void innerYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
                             int width, lum::Isa isa);
+
+// AVX2 plane passes of the P3 kernels (pccyuv01_avx2.cpp): output plane
+// `plane` (0, 1, 2) over pixels [0, n), n the largest multiple of 32 not
+// above end; each returns n.
+int blockRGBToYUV_P3_avx2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOut,
+                          int plane, int end);
+int blockYUVToRGB_P3_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pOut,
+                          int plane, int end);
 
 // AVX-512 (BW, VL) byte-masked stores for the AC4 block loops
 // (pccyuv01_avx512.cpp): pixels [0, end), end a multiple of 8; each returns

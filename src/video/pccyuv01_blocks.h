@@ -16,21 +16,13 @@ namespace yuv444blocks {
 
 using namespace lum;
 
+using namespace lum::yuv444;
+
 // ---------------------------------------------------------------------------
-// F1 in SSE2, 8 pixels in 16-bit lanes (the vector form of f1Y/f1U/f1V).
-inline __m128i f1YVec(__m128i R, __m128i G, __m128i B) {
-  const __m128i s = _mm_adds_epu16(vHu(_mm_slli_epi16(R, 8), vset16(19595)),
-                                   vHu(_mm_slli_epi16(G, 8), vset16(38469)));
-  return _mm_srli_epi16(_mm_adds_epu16(s, vHu(_mm_slli_epi16(B, 8), vset16(7471))), 8);
-}
-inline __m128i f1ChromaVec(__m128i R, __m128i G, __m128i B, int cr, int cg, int cb) {
-  const __m128i s = _mm_adds_epi16(vHs(_mm_slli_epi16(R, 7), vset16(cr)),
-                                   vHs(_mm_slli_epi16(G, 7), vset16(cg)));
-  const __m128i t = _mm_adds_epi16(s, vHs(_mm_slli_epi16(B, 7), vset16(cb)));
-  return _mm_adds_epi16(_mm_srai_epi16(t, 6), vset16(128));  // sat8u in the pack
-}
-inline __m128i f1UVec(__m128i R, __m128i G, __m128i B) { return f1ChromaVec(R, G, B, -4816, -9469, 14286); }
-inline __m128i f1VVec(__m128i R, __m128i G, __m128i B) { return f1ChromaVec(R, G, B, 20152, -16875, -3276); }
+// The block formulas of pccyuv01.h on 8 pixels in 16-bit lanes (SSE2).
+inline __m128i f1YVec(__m128i R, __m128i G, __m128i B) { return f1YLanes(I16x8{R}, I16x8{G}, I16x8{B}).v; }
+inline __m128i f1UVec(__m128i R, __m128i G, __m128i B) { return f1ULanes(I16x8{R}, I16x8{G}, I16x8{B}).v; }
+inline __m128i f1VVec(__m128i R, __m128i G, __m128i B) { return f1VLanes(I16x8{R}, I16x8{G}, I16x8{B}).v; }
 
 // F1 on 16 pixels given as bytes: in[3] = R, G, B; out[3] = Y, U, V.
 inline void f1x16(const __m128i in[3], __m128i out[3]) {
@@ -59,13 +51,12 @@ inline __m128i f2ChanVec(__m128i R, __m128i G, __m128i B, int c0, int c1, int c2
   return vPackS32S16(lo, hi);
 }
 
-// G1 in SSE2 on 8 pixels in 16-bit lanes.
 inline void g1Vec(__m128i Y, __m128i U, __m128i V, __m128i& R, __m128i& G, __m128i& B) {
-  const __m128i u = _mm_slli_epi16(_mm_sub_epi16(U, vset16(128)), 3);
-  const __m128i v = _mm_slli_epi16(_mm_sub_epi16(V, vset16(128)), 3);
-  R = _mm_adds_epi16(Y, vHs(v, vset16(9339)));
-  G = _mm_adds_epi16(_mm_adds_epi16(Y, vHs(u, vset16(-3228))), vHs(v, vset16(-4760)));
-  B = _mm_adds_epi16(Y, vHs(u, vset16(16646)));
+  I16x8 r, g, b;
+  g1Lanes(I16x8{Y}, I16x8{U}, I16x8{V}, r, g, b);
+  R = r.v;
+  G = g.v;
+  B = b.v;
 }
 inline void g1x16(const __m128i in[3], __m128i out[3]) {
   __m128i Rl, Gl, Bl, Rh, Gh, Bh;
@@ -76,27 +67,15 @@ inline void g1x16(const __m128i in[3], __m128i out[3]) {
   out[2] = vPackS16U8(Bl, Bh);
 }
 
-// G2 in SSE2 on 8 pixels in 16-bit lanes, one output plane at a time.
-inline __m128i g2u(__m128i U) { return _mm_slli_epi16(_mm_sub_epi16(U, vset16(128)), 6); }
-inline __m128i g2RVec(__m128i Y, __m128i, __m128i V) {
-  return _mm_add_epi16(Y, _mm_srai_epi16(vHs(g2u(V), vset16(18677)), 4));
-}
-inline __m128i g2GVec(__m128i Y, __m128i U, __m128i V) {
-  return _mm_sub_epi16(Y, _mm_srai_epi16(_mm_add_epi16(vHs(g2u(U), vset16(6455)),
-                                                       vHs(g2u(V), vset16(9519))), 4));
-}
-inline __m128i g2BVec(__m128i Y, __m128i U, __m128i) {
-  return _mm_add_epi16(Y, _mm_srai_epi16(vHs(g2u(U), vset16(16646)), 3));
-}
-
-// G4 in SSE2 on 8 pixels in 16-bit lanes.
+inline __m128i g2RVec(__m128i Y, __m128i U, __m128i V) { return g2RLanes(I16x8{Y}, I16x8{U}, I16x8{V}).v; }
+inline __m128i g2GVec(__m128i Y, __m128i U, __m128i V) { return g2GLanes(I16x8{Y}, I16x8{U}, I16x8{V}).v; }
+inline __m128i g2BVec(__m128i Y, __m128i U, __m128i V) { return g2BLanes(I16x8{Y}, I16x8{U}, I16x8{V}).v; }
 inline void g4Vec(__m128i Y, __m128i U, __m128i V, __m128i& R, __m128i& G, __m128i& B) {
-  const __m128i u = _mm_sub_epi16(_mm_slli_epi16(U, 4), vset16(2048));
-  const __m128i v = _mm_sub_epi16(_mm_slli_epi16(V, 4), vset16(2048));
-  const __m128i T = _mm_slli_epi16(Y, 1);
-  R = _mm_srai_epi16(_mm_adds_epi16(T, vHs(v, vset16(9338))), 1);
-  G = _mm_srai_epi16(_mm_adds_epi16(_mm_adds_epi16(T, vHs(u, vset16(-3227))), vHs(v, vset16(-4759))), 1);
-  B = _mm_srai_epi16(_mm_adds_epi16(T, vHs(u, vset16(16645))), 1);
+  I16x8 r, g, b;
+  g4Lanes(I16x8{Y}, I16x8{U}, I16x8{V}, r, g, b);
+  R = r.v;
+  G = g.v;
+  B = b.v;
 }
 inline void g4x16(const __m128i in[3], __m128i out[3]) {
   __m128i Rl, Gl, Bl, Rh, Gh, Bh;
