@@ -2,7 +2,8 @@
 # Installs what the build and the tests need when it is missing (Debian).
 # Usage: scripts/deps.sh [extra packages...]
 set -eu
-need="cmake g++ make googletest libgtest-dev gcc-multilib g++-multilib $*"
+# qemu-user: the test suite also runs on emulated SSE2-only processors.
+need="cmake g++ make googletest libgtest-dev gcc-multilib g++-multilib qemu-user $*"
 missing=""
 for p in $need; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing="$missing $p"
