@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "lum_table.h"
 #include "lumcc.h"
 
 namespace {
@@ -66,61 +67,62 @@ void emit(const std::string& name, LumSize sz, int status, uint64_t h) {
   gLines.push_back(line);
 }
 
-// Interleaved to interleaved.
-template <class T>
-void run(const char* name, LumStatus (*f)(const T*, int, T*, int, LumSize), int sch, int dch) {
-  for (LumSize sz : kSizes) {
-    Lcg g{static_cast<uint32_t>(sz.width * 131 + sz.height)};
-    Img<T> s(sz.width * sch, sz.height, g, true), d(sz.width * dch, sz.height, g, false);
-    const int st = f(s.buf.data(), s.stepBytes, d.buf.data(), d.stepBytes, sz);
-    emit(name, sz, st, d.hash());
-  }
-}
-
-// Planes (one step per side) and interleaved sides, 8u.
-struct Side {
-  std::vector<Img<Lum8u>> planes;
-  Side(int n, int rowElems, int h, Lcg& g, bool random) {
-    for (int i = 0; i < n; ++i) planes.emplace_back(rowElems, h, g, random);
-  }
-  uint64_t hash() const {
-    uint64_t h = 1469598103934665603ull;
-    for (const auto& p : planes) h = fnv1a(p.buf.data(), p.buf.size(), h);
-    return h;
+// One image function of the table at one size.  The source is filled first,
+// then the destination, from one generator seeded by the shape; planes of a
+// side share one step.
+struct Images {
+  std::vector<Img<Lum8u>> p8;
+  std::vector<Img<Lum16u>> p16;
+  std::vector<Img<Lum32f>> p32;
+  void* add(int elem, bool isFloat, int rowElems, int h, Lcg& g, bool random, int* step) {
+    if (elem == 1) {
+      p8.emplace_back(rowElems, h, g, random);
+      *step = p8.back().stepBytes;
+      return p8.back().buf.data();
+    }
+    if (elem == 2) {
+      p16.emplace_back(rowElems, h, g, random);
+      *step = p16.back().stepBytes;
+      return p16.back().buf.data();
+    }
+    (void)isFloat;
+    p32.emplace_back(rowElems, h, g, random);
+    *step = p32.back().stepBytes;
+    return p32.back().buf.data();
   }
 };
-void runPP(const char* name, LumStatus (*f)(const Lum8u* const*, int, Lum8u* const*, int, LumSize),
-           int sp, int dp) {
-  for (LumSize sz : kSizes) {
-    Lcg g{static_cast<uint32_t>(sz.width * 17 + sz.height)};
-    Side s(sp, sz.width, sz.height, g, true), d(dp, sz.width, sz.height, g, false);
-    const Lum8u* sa[4];
-    Lum8u* da[4];
-    for (int i = 0; i < sp; ++i) sa[i] = s.planes[i].buf.data();
-    for (int i = 0; i < dp; ++i) da[i] = d.planes[i].buf.data();
-    emit(name, sz, f(sa, s.planes[0].stepBytes, da, d.planes[0].stepBytes, sz), d.hash());
+uint32_t seedOf(lum::Shape s, LumSize sz) {
+  switch (s) {
+    case lum::Shape::B: return static_cast<uint32_t>(sz.width * 23 + sz.height);
+    case lum::Shape::C: return static_cast<uint32_t>(sz.width * 19 + sz.height);
+    case lum::Shape::D: return static_cast<uint32_t>(sz.width * 17 + sz.height);
+    default: return static_cast<uint32_t>(sz.width * 131 + sz.height);
   }
 }
-void runPC(const char* name, LumStatus (*f)(const Lum8u* const*, int, Lum8u*, int, LumSize), int sp,
-           int dch) {
+void runEntry(const lumtable::Entry& e) {
+  const lum::LayoutInfo si = lum::layoutInfo(e.srcLayout), di = lum::layoutInfo(e.dstLayout);
   for (LumSize sz : kSizes) {
-    Lcg g{static_cast<uint32_t>(sz.width * 19 + sz.height)};
-    Side s(sp, sz.width, sz.height, g, true);
-    Img<Lum8u> d(sz.width * dch, sz.height, g, false);
-    const Lum8u* sa[4];
-    for (int i = 0; i < sp; ++i) sa[i] = s.planes[i].buf.data();
-    emit(name, sz, f(sa, s.planes[0].stepBytes, d.buf.data(), d.stepBytes, sz), d.hash());
-  }
-}
-void runCP(const char* name, LumStatus (*f)(const Lum8u*, int, Lum8u* const*, int, LumSize), int sch,
-           int dp) {
-  for (LumSize sz : kSizes) {
-    Lcg g{static_cast<uint32_t>(sz.width * 23 + sz.height)};
-    Img<Lum8u> s(sz.width * sch, sz.height, g, true);
-    Side d(dp, sz.width, sz.height, g, false);
-    Lum8u* da[4];
-    for (int i = 0; i < dp; ++i) da[i] = d.planes[i].buf.data();
-    emit(name, sz, f(s.buf.data(), s.stepBytes, da, d.planes[0].stepBytes, sz), d.hash());
+    Lcg g{seedOf(e.shape, sz)};
+    // Each side in its own store, so that the vectors do not move the images.
+    Images src, dst;
+    src.p8.reserve(4);
+    src.p16.reserve(4);
+    src.p32.reserve(4);
+    dst.p8.reserve(4);
+    dst.p16.reserve(4);
+    dst.p32.reserve(4);
+    lumtable::Args a;
+    for (int p = 0; p < si.planes; ++p)
+      a.src[p] = src.add(e.srcElem, e.srcFloat, sz.width * si.samples, sz.height, g, true, &a.srcStep);
+    for (int p = 0; p < di.planes; ++p)
+      a.dst[p] = dst.add(e.dstElem, false, sz.width * di.samples, sz.height, g, false, &a.dstStep);
+    a.roi = sz;
+    const int st = e.call(a);
+    uint64_t h = 1469598103934665603ull;
+    for (auto& i : dst.p8) h = fnv1a(i.buf.data(), i.buf.size(), h);
+    for (auto& i : dst.p16) h = fnv1a(i.buf.data(), i.buf.size() * 2, h);
+    for (auto& i : dst.p32) h = fnv1a(i.buf.data(), i.buf.size() * 4, h);
+    emit(e.name, sz, st, h);
   }
 }
 
@@ -157,65 +159,52 @@ void services() {
 
 void all() {
   gLines.clear();
-  // RGB and YUV 4:4:4.
-  run<Lum8u>("lumiRGBToYUV_8u_C3R", lumiRGBToYUV_8u_C3R, 3, 3);
-  run<Lum8u>("lumiRGBToYUV_8u_AC4R", lumiRGBToYUV_8u_AC4R, 4, 4);
-  runPP("lumiRGBToYUV_8u_P3R", lumiRGBToYUV_8u_P3R, 3, 3);
-  runCP("lumiRGBToYUV_8u_C3P3R", lumiRGBToYUV_8u_C3P3R, 3, 3);
-  run<Lum8u>("lumiYUVToRGB_8u_C3R", lumiYUVToRGB_8u_C3R, 3, 3);
-  run<Lum8u>("lumiYUVToRGB_8u_AC4R", lumiYUVToRGB_8u_AC4R, 4, 4);
-  runPP("lumiYUVToRGB_8u_P3R", lumiYUVToRGB_8u_P3R, 3, 3);
-  runPC("lumiYUVToRGB_8u_P3C3R", lumiYUVToRGB_8u_P3C3R, 3, 3);
-  // HSV.
-  run<Lum8u>("lumiRGBToHSV_8u_C3R", lumiRGBToHSV_8u_C3R, 3, 3);
-  run<Lum8u>("lumiHSVToRGB_8u_C3R", lumiHSVToRGB_8u_C3R, 3, 3);
-  run<Lum8u>("lumiRGBToHSV_8u_AC4R", lumiRGBToHSV_8u_AC4R, 4, 4);
-  run<Lum8u>("lumiHSVToRGB_8u_AC4R", lumiHSVToRGB_8u_AC4R, 4, 4);
-  run<Lum16u>("lumiRGBToHSV_16u_C3R", lumiRGBToHSV_16u_C3R, 3, 3);
-  run<Lum16u>("lumiHSVToRGB_16u_C3R", lumiHSVToRGB_16u_C3R, 3, 3);
-  run<Lum16u>("lumiRGBToHSV_16u_AC4R", lumiRGBToHSV_16u_AC4R, 4, 4);
-  run<Lum16u>("lumiHSVToRGB_16u_AC4R", lumiHSVToRGB_16u_AC4R, 4, 4);
-  // HLS.
-  run<Lum8u>("lumiRGBToHLS_8u_C3R", lumiRGBToHLS_8u_C3R, 3, 3);
-  run<Lum8u>("lumiRGBToHLS_8u_AC4R", lumiRGBToHLS_8u_AC4R, 4, 4);
-  run<Lum8u>("lumiHLSToRGB_8u_C3R", lumiHLSToRGB_8u_C3R, 3, 3);
-  run<Lum8u>("lumiHLSToRGB_8u_AC4R", lumiHLSToRGB_8u_AC4R, 4, 4);
-  run<Lum16u>("lumiRGBToHLS_16u_C3R", lumiRGBToHLS_16u_C3R, 3, 3);
-  run<Lum16u>("lumiRGBToHLS_16u_AC4R", lumiRGBToHLS_16u_AC4R, 4, 4);
-  run<Lum16u>("lumiHLSToRGB_16u_C3R", lumiHLSToRGB_16u_C3R, 3, 3);
-  run<Lum16u>("lumiHLSToRGB_16u_AC4R", lumiHLSToRGB_16u_AC4R, 4, 4);
-  run<Lum16s>("lumiRGBToHLS_16s_C3R", lumiRGBToHLS_16s_C3R, 3, 3);
-  run<Lum16s>("lumiRGBToHLS_16s_AC4R", lumiRGBToHLS_16s_AC4R, 4, 4);
-  run<Lum16s>("lumiHLSToRGB_16s_C3R", lumiHLSToRGB_16s_C3R, 3, 3);
-  run<Lum16s>("lumiHLSToRGB_16s_AC4R", lumiHLSToRGB_16s_AC4R, 4, 4);
-  run<Lum32f>("lumiRGBToHLS_32f_C3R", lumiRGBToHLS_32f_C3R, 3, 3);
-  run<Lum32f>("lumiRGBToHLS_32f_AC4R", lumiRGBToHLS_32f_AC4R, 4, 4);
-  run<Lum32f>("lumiHLSToRGB_32f_C3R", lumiHLSToRGB_32f_C3R, 3, 3);
-  run<Lum32f>("lumiHLSToRGB_32f_AC4R", lumiHLSToRGB_32f_AC4R, 4, 4);
-  // BGR and HLS plane layouts.
-  run<Lum8u>("lumiBGRToHLS_8u_AC4R", lumiBGRToHLS_8u_AC4R, 4, 4);
-  runPP("lumiBGRToHLS_8u_AP4R", lumiBGRToHLS_8u_AP4R, 4, 4);
-  runPC("lumiBGRToHLS_8u_AP4C4R", lumiBGRToHLS_8u_AP4C4R, 4, 4);
-  runCP("lumiBGRToHLS_8u_AC4P4R", lumiBGRToHLS_8u_AC4P4R, 4, 4);
-  runPP("lumiBGRToHLS_8u_P3R", lumiBGRToHLS_8u_P3R, 3, 3);
-  runPC("lumiBGRToHLS_8u_P3C3R", lumiBGRToHLS_8u_P3C3R, 3, 3);
-  runCP("lumiBGRToHLS_8u_C3P3R", lumiBGRToHLS_8u_C3P3R, 3, 3);
-  runPP("lumiHLSToBGR_8u_AP4R", lumiHLSToBGR_8u_AP4R, 4, 4);
-  runPC("lumiHLSToBGR_8u_AP4C4R", lumiHLSToBGR_8u_AP4C4R, 4, 4);
-  runCP("lumiHLSToBGR_8u_AC4P4R", lumiHLSToBGR_8u_AC4P4R, 4, 4);
-  runPP("lumiHLSToBGR_8u_P3R", lumiHLSToBGR_8u_P3R, 3, 3);
-  runPC("lumiHLSToBGR_8u_P3C3R", lumiHLSToBGR_8u_P3C3R, 3, 3);
-  runCP("lumiHLSToBGR_8u_C3P3R", lumiHLSToBGR_8u_C3P3R, 3, 3);
+  for (const lumtable::Entry& e : lumtable::table())
+    if (e.isImage() && strcmp(e.family, "services") != 0) runEntry(e);
   services();
 }
 
 }  // namespace
+
+// --expect FILE: the digests must be the lines of FILE, the committed record
+// of every function's bytes.  A difference names the lines and fails.
+int expect(const char* path, const std::vector<std::string>& got) {
+  FILE* f = fopen(path, "r");
+  if (!f) {
+    fprintf(stderr, "lumdigest: cannot read %s\n", path);
+    return 2;
+  }
+  std::vector<std::string> want;
+  char line[512];
+  while (fgets(line, sizeof line, f)) {
+    std::string l(line);
+    while (!l.empty() && (l.back() == '\n' || l.back() == '\r')) l.pop_back();
+    if (!l.empty()) want.push_back(l);
+  }
+  fclose(f);
+  int bad = 0;
+  for (size_t i = 0; i < want.size() || i < got.size(); ++i) {
+    const std::string w = i < want.size() ? want[i] : "(none)";
+    const std::string g = i < got.size() ? got[i] : "(none)";
+    if (w != g && bad++ < 40) fprintf(stderr, "  committed: %s\n  now:       %s\n", w.c_str(), g.c_str());
+  }
+  if (bad) {
+    fprintf(stderr,
+            "lumdigest: %d digests differ from %s: the bytes changed.  If that is meant, "
+            "regenerate the file (lumdigest > %s) in the same commit and say why.\n",
+            bad, path, path);
+    return 1;
+  }
+  printf("lumdigest: %zu digests as committed\n", got.size());
+  return 0;
+}
 
 int main(int argc, char** argv) {
   const bool checkTeams = argc > 1 && strcmp(argv[1], "--check-teams") == 0;
   threads_omp_of_n_lum = 1;
   all();
   const std::vector<std::string> one = gLines;
+  if (argc > 2 && strcmp(argv[1], "--expect") == 0) return expect(argv[2], one);
   if (checkTeams) {
     threads_omp_of_n_lum = 4;
     all();

@@ -1,0 +1,274 @@
+// The generic suite: every image function of the table, whatever its family,
+// against the promises all of them make.  Rows end on an inaccessible page
+// (a read past the region faults) and every other byte around the region is
+// a guard; widths 1 to 70 and a wide one; random steps and alignments;
+// every instruction-set level gives the bytes of the SSE2 level; team sizes
+// do not change the bytes; steps do not change the bytes; a failed check
+// writes nothing and the checks come in the order of the function's pattern.
+// What a family's formulas give is left to the family's tests (worked
+// values) and to the committed digests.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "lum_table.h"
+#include "paged_image.h"
+#include "test_support.h"
+
+namespace {
+
+using lum::Layout;
+using lum::Pattern;
+using lum::Shape;
+using lumtable::Entry;
+using lumtest::PagedImage;
+
+// The images of one call: a side's planes share one step.
+struct Call {
+  const Entry& e;
+  LumSize roi;
+  std::vector<std::unique_ptr<PagedImage>> src, dst;
+  lumtable::Args args;
+
+  Call(const Entry& entry, int w, int h, std::mt19937& rng) : e(entry), roi{w, h} {
+    const int sPad = e.srcElem * static_cast<int>(rng() % 24);
+    const int dPad = e.dstElem * static_cast<int>(rng() % 24);
+    if (e.shape != Shape::N)
+      for (int p = 0; p < e.srcPlanes(); ++p)
+        src.emplace_back(new PagedImage(e.srcRowBytes(w), h, e.srcRowBytes(w) + sPad,
+                                        e.srcElem * static_cast<int>(rng() % 16)));
+    for (int p = 0; p < e.dstPlanes(); ++p)
+      dst.emplace_back(new PagedImage(e.dstRowBytes(w), h, e.dstRowBytes(w) + dPad,
+                                      e.dstElem * static_cast<int>(rng() % 16)));
+    for (auto& s : src) fillSamples(*s, e.srcElem, rng);
+    for (auto& d : dst) d->fillRandom(rng);
+    resetArgs();
+    args.fill = static_cast<unsigned>(rng());
+  }
+  void resetArgs() {
+    lumtable::Args a;
+    for (size_t p = 0; p < src.size(); ++p) a.src[p] = src[p]->data();
+    for (size_t p = 0; p < dst.size(); ++p) a.dst[p] = dst[p]->data();
+    a.srcStep = src.empty() ? 0 : src[0]->step();
+    a.dstStep = dst[0]->step();
+    a.roi = roi;
+    a.fill = args.fill;
+    args = a;
+  }
+  // Float samples mostly in a colour range, some of any bits.
+  static void fillSamples(PagedImage& im, int elem, std::mt19937& rng) {
+    im.fillRandom(rng);
+    if (elem != 4) return;
+    for (int y = 0; y < im.height(); ++y) {
+      float* r = reinterpret_cast<float*>(im.row(y));
+      for (int i = 0; i < im.rowBytes() / 4; ++i)
+        if (rng() % 16) r[i] = static_cast<float>(static_cast<int>(rng() % 3000) - 500) / 2000.0f;
+    }
+  }
+  LumStatus run() const { return e.call(args); }
+  std::vector<uint8_t> out() const {
+    std::vector<uint8_t> all;
+    for (auto& d : dst) {
+      const std::vector<uint8_t> r = d->regionBytes();
+      all.insert(all.end(), r.begin(), r.end());
+    }
+    return all;
+  }
+  std::vector<std::vector<uint8_t>> snapshots() const {
+    std::vector<std::vector<uint8_t>> s;
+    for (auto& d : dst) s.push_back(d->snapshot());
+    return s;
+  }
+  void restore(const std::vector<std::vector<uint8_t>>& s) {
+    for (size_t p = 0; p < dst.size(); ++p) dst[p]->restore(s[p]);
+  }
+  bool guardsIntact() const {
+    for (auto& d : dst)
+      if (!d->guardsIntact()) return false;
+    for (auto& s : src)
+      if (!s->guardsIntact()) return false;
+    return true;
+  }
+};
+
+std::vector<const Entry*> imageFunctions() {
+  std::vector<const Entry*> v;
+  for (const Entry& e : lumtable::table())
+    if (e.isImage()) v.push_back(&e);
+  return v;
+}
+
+class Generic : public ::testing::TestWithParam<const Entry*> {};
+
+std::string where(const Entry& e, int w, int h, lum::Isa level) {
+  return std::string(e.name) + " " + std::to_string(w) + "x" + std::to_string(h) + " at " +
+         lumtest::isaName(level);
+}
+
+// Every width from 1 to 70 and a wide row, one to three rows, random steps
+// and alignments: each level's bytes are the SSE2 level's, nothing around the
+// region changes, alpha of an AC4 destination stays, and no read leaves the
+// region (the page after the last row is inaccessible).
+TEST_P(Generic, EveryLevelGivesTheSameBytesInsideTheRegionOnly) {
+  const Entry& e = *GetParam();
+  std::mt19937 rng(0x5eed);
+  std::vector<int> widths = lumtest::widthsUpTo(70);
+  widths.push_back(1001);
+  for (int w : widths) {
+    const int h = 1 + w % 3;
+    Call c(e, w, h, rng);
+    const auto before = c.snapshots();
+    const std::vector<uint8_t> initial = c.out();
+    std::vector<uint8_t> reference;
+    for (lum::Isa level : lumtest::isaLevels()) {
+      const lumtest::IsaCap cap(level);
+      c.restore(before);
+      ASSERT_EQ(c.run(), LumOk) << where(e, w, h, level);
+      ASSERT_TRUE(c.guardsIntact()) << where(e, w, h, level) << ": a byte outside the region changed";
+      const std::vector<uint8_t> got = c.out();
+      if (level == lum::kIsaSse2) reference = got;
+      ASSERT_EQ(got, reference) << where(e, w, h, level) << " differs from SSE2";
+      if (e.dstLayout == Layout::AC4) {
+        for (size_t i = 0; i < got.size(); ++i) {
+          if ((i / e.dstElem) % 4 != 3) continue;  // the alpha sample's bytes
+          ASSERT_EQ(got[i], initial[i]) << where(e, w, h, level) << ": alpha written";
+        }
+      }
+    }
+  }
+}
+
+// The same pixels under other steps and alignments give the same bytes.
+TEST_P(Generic, StepsAndAlignmentDoNotChangeTheBytes) {
+  const Entry& e = *GetParam();
+  std::mt19937 rng(77);
+  for (int w : {5, 33, 70}) {
+    const int h = 4;
+    Call a(e, w, h, rng), b(e, w, h, rng);
+    for (size_t p = 0; p < a.src.size(); ++p) b.src[p]->setRegion(a.src[p]->regionBytes());
+    for (size_t p = 0; p < a.dst.size(); ++p) b.dst[p]->setRegion(a.dst[p]->regionBytes());
+    b.args.fill = a.args.fill;
+    ASSERT_EQ(a.run(), LumOk);
+    ASSERT_EQ(b.run(), LumOk);
+    EXPECT_EQ(a.out(), b.out()) << e.name << " w=" << w;
+  }
+}
+
+// Above the threading threshold (5330 pixels), team sizes 1, 2 and 4.
+TEST_P(Generic, TeamSizesGiveTheSameBytes) {
+  const Entry& e = *GetParam();
+  std::mt19937 rng(4097);
+  Call c(e, 130, 41, rng);
+  const auto before = c.snapshots();
+  std::vector<uint8_t> one;
+  for (int team : {1, 2, 4}) {
+    const lumtest::TeamSize scope(team);
+    c.restore(before);
+    ASSERT_EQ(c.run(), LumOk);
+    if (team == 1) one = c.out();
+    EXPECT_EQ(c.out(), one) << e.name << " team " << team;
+  }
+}
+
+// One failing argument set and the status its pattern gives.
+struct Fault {
+  std::string what;
+  LumStatus want;
+  void (*apply)(lumtable::Args&, const Entry&);
+};
+
+void nullSource(lumtable::Args& a, const Entry& en) {
+  if (en.srcPlanes() > 1) {
+    a.srcArrayNull = true;
+  } else {
+    a.src[0] = nullptr;
+  }
+}
+void nullDestination(lumtable::Args& a, const Entry& en) {
+  if (en.dstPlanes() > 1) {
+    a.dstArrayNull = true;
+  } else {
+    a.dst[0] = nullptr;
+  }
+}
+
+std::vector<Fault> faultsFor(const Entry& e) {
+  const bool srcArr = e.srcPlanes() > 1, dstArr = e.dstPlanes() > 1;
+  const bool hasSrc = e.shape != Shape::N;
+  const Pattern p = e.pattern;
+  std::vector<Fault> f;
+  if (hasSrc) {
+    f.push_back({"null source", LumErrNullPtr, nullSource});
+    f.push_back({"null source, width 0", LumErrNullPtr, [](lumtable::Args& a, const Entry& en) {
+                   nullSource(a, en);
+                   a.roi.width = 0;
+                 }});
+  }
+  f.push_back({"null destination", LumErrNullPtr, nullDestination});
+  f.push_back({"null destination, height -1", LumErrNullPtr, [](lumtable::Args& a, const Entry& en) {
+                 nullDestination(a, en);
+                 a.roi.height = -1;
+               }});
+  f.push_back({"width 0", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.width = 0; }});
+  f.push_back({"height 0", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.height = 0; }});
+  f.push_back({"width -5", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.width = -5; }});
+  // A null plane: after the size in P2, with the pointers in P3 to P5.
+  const LumStatus planeThenSize = p == Pattern::P2 ? LumErrSize : LumErrNullPtr;
+  if (srcArr) {
+    f.push_back({"null last source plane", LumErrNullPtr,
+                 [](lumtable::Args& a, const Entry& en) { a.src[en.srcPlanes() - 1] = nullptr; }});
+    f.push_back({"null source plane, width 0", planeThenSize, [](lumtable::Args& a, const Entry&) {
+                   a.src[1] = nullptr;
+                   a.roi.width = 0; }});
+  }
+  if (dstArr) {
+    f.push_back({"null last destination plane", LumErrNullPtr,
+                 [](lumtable::Args& a, const Entry& en) { a.dst[en.dstPlanes() - 1] = nullptr; }});
+    f.push_back({"null destination plane, height 0", planeThenSize,
+                 [](lumtable::Args& a, const Entry&) {
+                   a.dst[0] = nullptr;
+                   a.roi.height = 0; }});
+  }
+  if (p == Pattern::P4) {  // the step after the size
+    f.push_back({"source step 0", LumErrStep, [](lumtable::Args& a, const Entry&) { a.srcStep = 0; }});
+    f.push_back({"destination step -3", LumErrStep, [](lumtable::Args& a, const Entry&) { a.dstStep = -3; }});
+    f.push_back({"step 0, width 0", LumErrSize, [](lumtable::Args& a, const Entry&) {
+                   a.dstStep = 0;
+                   a.roi.width = 0; }});
+  }
+  if (p == Pattern::P5) {  // the step before the size, after the pointers
+    f.push_back({"source step 0", LumErrStep, [](lumtable::Args& a, const Entry&) { a.srcStep = 0; }});
+    f.push_back({"step 0, width 0", LumErrStep, [](lumtable::Args& a, const Entry&) {
+                   a.dstStep = 0;
+                   a.roi.width = 0; }});
+    f.push_back({"null destination, step 0", LumErrNullPtr, [](lumtable::Args& a, const Entry& en) {
+                   nullDestination(a, en);
+                   a.srcStep = 0;
+                 }});
+  }
+  return f;
+}
+
+TEST_P(Generic, FailedChecksWriteNothingAndComeInPatternOrder) {
+  const Entry& e = *GetParam();
+  std::mt19937 rng(9);
+  Call c(e, 21, 3, rng);
+  const auto before = c.snapshots();
+  for (const Fault& f : faultsFor(e)) {
+    c.resetArgs();
+    f.apply(c.args, e);
+    EXPECT_EQ(c.run(), f.want) << e.name << " (" << lumtable::patternName(e.pattern) << "): " << f.what;
+    for (size_t p = 0; p < c.dst.size(); ++p)
+      EXPECT_EQ(c.dst[p]->snapshot(), before[p]) << e.name << ": written on " << f.what;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, Generic, ::testing::ValuesIn(imageFunctions()),
+                         [](const ::testing::TestParamInfo<const Entry*>& i) {
+                           return std::string(i.param->name);
+                         });
+
+}  // namespace
