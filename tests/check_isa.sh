@@ -67,7 +67,7 @@ for o in $objs; do
   cat "$tmp/syms" >> "$tmp/fast_global"
   # An entry point is named ..._<isa>; a shared inline or template function
   # carries isa_<isa> (the inline namespace) in its mangled name.
-  grep -v -E "_${isa}([^0-9]|\$)" "$tmp/syms" | while read -r s; do
+  grep -v -F "_${isa}" "$tmp/syms" | while read -r s; do
     echo "  $(basename "$o"): $(echo "$s" | c++filt) [$s]"
   done >> "$tmp/bad_a"
 done
