@@ -56,6 +56,26 @@ inline __m128i vPackS32U16(__m128i lo, __m128i hi) {
                        bias16);
 }
 
+// The scalar meaning of the packs, lane by lane: packssdw then packuswb
+// (32 -> 8 bits, saturating twice), and vPackS32U16 (32 -> unsigned 16:
+// subtract 32768 wrapping, saturate to signed 16, add 32768 back).
+inline int32_t wrapSub(int32_t a, int32_t b) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
+inline int32_t wrapAdd(int32_t a, int32_t b) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+}
+inline int satPack8u(int v) { return sat8u(sat16s(v)); }
+inline int satPack16u(int32_t v) { return sat16s(wrapSub(v, 32768)) + 32768; }
+
+// Single-precision constants that are not exact, by their bit patterns,
+// shared by the colour-model families.
+constexpr uint32_t kBitsInv60 = 0x3C888889u;     // 0.016666668  1/60
+constexpr uint32_t kBitsDeg8u = 0x3FB4B4B5u;     // 1.4117647    360/255
+constexpr uint32_t kBitsDeg16u = 0x3BB400B4u;    // 0.005493248  360/65535
+constexpr uint32_t kBitsInv255 = 0x3B808081u;    // 0.003921569  1/255
+constexpr uint32_t kBitsInv65535 = 0x37800080u;  // 1.5259e-05   1/65535 (2^-16 + 2^-32)
+
 // A single-precision constant given by its bit pattern, scalar and vector.
 inline float floatFromBits(uint32_t bits) {
   float f;

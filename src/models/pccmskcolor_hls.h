@@ -47,11 +47,6 @@ constexpr int kBlock = 4;      // every other vector kernel (AC4 twins included)
 // bit patterns.
 constexpr uint32_t kBitsHue8u = 0x3F355555u;     // 0.7083333    255/360
 constexpr uint32_t kBitsHue16 = 0x43360AABu;     // 182.04167    65535/360
-constexpr uint32_t kBitsDeg8u = 0x3FB4B4B5u;     // 1.4117647    360/255
-constexpr uint32_t kBitsDeg16 = 0x3BB400B4u;     // 0.005493248  360/65535
-constexpr uint32_t kBitsInv255 = 0x3B808081u;    // 0.003921569  1/255
-constexpr uint32_t kBitsInv65535 = 0x37800080u;  // 1.5259e-05   1/65535 (2^-16 + 2^-32)
-constexpr uint32_t kBitsInv60 = 0x3C888889u;     // 0.016666668  1/60
 constexpr uint32_t kBitsHalfLess = 0x3EFFFEB0u;  // 0.49998999   16s tail rounding
 constexpr uint32_t kBitsGrey32f = 0x34000000u;   // 1.1920929e-7 32f grey threshold
 
@@ -68,13 +63,8 @@ inline __m128i selectEpi(__m128i mask, __m128i a, __m128i b) {
 }
 inline __m128 splat(float v) { return _mm_set1_ps(v); }
 
-// Integer wrap-around arithmetic of the 32-bit lanes.
-inline int32_t wrapSub(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
-}
-inline int32_t wrapAdd(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
+// (Integer wrap-around arithmetic of the 32-bit lanes, wrapSub and wrapAdd,
+// and the shared constants kBitsDeg8u ... kBitsInv60: lum_simd.h.)
 
 // ===========================================================================
 // Forward, RGB to HLS, integer forms.
@@ -200,13 +190,12 @@ inline void rgbToHls8uTail(int r, int g, int b, Lum8u out[3]) {
 
 // --- 16u: Newton step in main loop and tail. -------------------------------
 // Main loop: subtract 32768, saturate to signed 16 bits, add 32768.
-inline int clamp16uBlock(int32_t v) { return sat16s(wrapSub(v, 32768)) + 32768; }
 inline void rgbToHls16uBlock(int r, int g, int b, Lum16u out[3]) {
   const FwdInts o = rgbToHlsS(static_cast<float>(r), static_cast<float>(g),
                               static_cast<float>(b), kFwd16, Rcp::Newton);
-  out[0] = static_cast<Lum16u>(clamp16uBlock(o.H));
-  out[1] = static_cast<Lum16u>(clamp16uBlock(o.L));
-  out[2] = static_cast<Lum16u>(clamp16uBlock(o.S));
+  out[0] = static_cast<Lum16u>(satPack16u(o.H));
+  out[1] = static_cast<Lum16u>(satPack16u(o.L));
+  out[2] = static_cast<Lum16u>(satPack16u(o.S));
 }
 inline FwdVec rgbToHls16uBlockVec(__m128i r, __m128i g, __m128i b) {
   return rgbToHlsVec(_mm_cvtepi32_ps(r), _mm_cvtepi32_ps(g), _mm_cvtepi32_ps(b), kFwd16,
@@ -223,9 +212,9 @@ inline void rgbToHls16uTail(int r, int g, int b, Lum16u out[3]) {
     out[2] = 0;
     return;
   }
-  out[0] = static_cast<Lum16u>(clamp16uBlock(o.H));
-  out[1] = static_cast<Lum16u>(clamp16uBlock(o.L));
-  out[2] = static_cast<Lum16u>(clamp16uBlock(o.S));
+  out[0] = static_cast<Lum16u>(satPack16u(o.H));
+  out[1] = static_cast<Lum16u>(satPack16u(o.L));
+  out[2] = static_cast<Lum16u>(satPack16u(o.S));
 }
 
 // --- 16s: the 16u arithmetic through a bias of 32768. -----------------------
@@ -471,7 +460,7 @@ inline int out16u(float c) {
 inline void hlsToRgb16uBlock(int h, int l, int s, Lum16u out[3]) {
   const float k = floatFromBits(kBitsInv65535);
   float c[3];
-  hlsToRgbBlockS(static_cast<float>(h) * floatFromBits(kBitsDeg16), static_cast<float>(l) * k,
+  hlsToRgbBlockS(static_cast<float>(h) * floatFromBits(kBitsDeg16u), static_cast<float>(l) * k,
                  static_cast<float>(s) * k, c);
   for (int i = 0; i < 3; ++i) out[i] = static_cast<Lum16u>(out16u(c[i]));
 }
@@ -484,7 +473,7 @@ inline __m128i narrow16uInvVec(__m128i a, __m128i b) {
 }
 inline void hlsToRgb16uBlockVec(__m128i h, __m128i l, __m128i s, __m128i rgb[3]) {
   const __m128 k = splat(floatFromBits(kBitsInv65535));
-  const Rgb4 c = hlsToRgbBlockVec(_mm_mul_ps(_mm_cvtepi32_ps(h), splat(floatFromBits(kBitsDeg16))),
+  const Rgb4 c = hlsToRgbBlockVec(_mm_mul_ps(_mm_cvtepi32_ps(h), splat(floatFromBits(kBitsDeg16u))),
                                   _mm_mul_ps(_mm_cvtepi32_ps(l), k),
                                   _mm_mul_ps(_mm_cvtepi32_ps(s), k));
   rgb[0] = out16uVec(c.R);
@@ -506,7 +495,7 @@ inline int out16sBlock(float c) { return sat16s(wrapSub(cvtTrunc(c * 65535.0f), 
 inline void hlsToRgb16sBlock(int h, int l, int s, Lum16s out[3]) {
   const float k = floatFromBits(kBitsInv65535);
   float c[3];
-  hlsToRgbBlockS(static_cast<float>(h + 32768) * floatFromBits(kBitsDeg16),
+  hlsToRgbBlockS(static_cast<float>(h + 32768) * floatFromBits(kBitsDeg16u),
                  static_cast<float>(l + 32768) * k, static_cast<float>(s + 32768) * k, c);
   for (int i = 0; i < 3; ++i) out[i] = static_cast<Lum16s>(out16sBlock(c[i]));
 }
@@ -517,7 +506,7 @@ inline __m128i out16sVec(__m128 c) {
 }
 inline void hlsToRgb16sBlockVec(__m128i h, __m128i l, __m128i s, __m128i rgb[3]) {
   const __m128 k = splat(floatFromBits(kBitsInv65535));
-  const Rgb4 c = hlsToRgbBlockVec(_mm_mul_ps(_mm_cvtepi32_ps(h), splat(floatFromBits(kBitsDeg16))),
+  const Rgb4 c = hlsToRgbBlockVec(_mm_mul_ps(_mm_cvtepi32_ps(h), splat(floatFromBits(kBitsDeg16u))),
                                   _mm_mul_ps(_mm_cvtepi32_ps(l), k),
                                   _mm_mul_ps(_mm_cvtepi32_ps(s), k));
   rgb[0] = out16sVec(c.R);

@@ -32,11 +32,7 @@ constexpr int kBlock = 4;
 // ---------------------------------------------------------------------------
 // Constants.  Those that are not exact in single precision are given by their
 // bit patterns.
-constexpr uint32_t kBitsInv60 = 0x3C888889u;     // 0.016666668  1/60
-constexpr uint32_t kBitsDeg8u = 0x3FB4B4B5u;     // 1.4117647    360/255
-constexpr uint32_t kBitsDeg16u = 0x3BB400B4u;    // 0.005493248  360/65535
-constexpr uint32_t kBitsInv255 = 0x3B808081u;    // 0.003921569  1/255
-constexpr uint32_t kBitsInv65535 = 0x37800080u;  // 1.5259e-05   1/65535
+// (kBitsInv60, kBitsDeg8u, kBitsDeg16u, kBitsInv255, kBitsInv65535: lum_simd.h.)
 
 // The element types: K full scale, Q hue steps a sextant, D hue step in
 // degrees, E = 1/K.  rcp is the kernel's reciprocal.
@@ -75,14 +71,8 @@ inline typename LanesOf<F>::Int convertLanes(F x) {
   else return cvtRound(x);
 }
 
-// The saturations of the main loops, lane by lane.
-// 8u: signed 32 -> 16 (packssdw), then unsigned 16 -> 8 (packuswb).
-inline int satBlock8u(int v) { return sat8u(sat16s(v)); }
-// 16u: subtract 32768 (wrapping), saturate to signed 16, add 32768 back.
-inline int satBlock16u(int v) {
-  const int32_t biased = static_cast<int32_t>(static_cast<uint32_t>(v) - 32768u);
-  return sat16s(biased) + 32768;
-}
+// The saturations of the main loops, lane by lane, are those of the packs:
+// satPack8u (8u) and satPack16u (16u forward), lum_simd.h.
 
 // ---------------------------------------------------------------------------
 // Forward, RGB to HSV.  out = H, S, V.
@@ -135,9 +125,9 @@ inline void rgbToHsvTail(int r, int g, int b, typename T::Elem out[3]) {
 template <class T>
 inline int blockConvert(float x);
 template <>
-inline int blockConvert<Hsv8u>(float x) { return satBlock8u(cvtTrunc(x)); }
+inline int blockConvert<Hsv8u>(float x) { return satPack8u(cvtTrunc(x)); }
 template <>
-inline int blockConvert<Hsv16u>(float x) { return satBlock16u(cvtRound(x)); }
+inline int blockConvert<Hsv16u>(float x) { return satPack16u(cvtRound(x)); }
 
 template <class T>
 inline void rgbToHsvBlock(int r, int g, int b, typename T::Elem out[3]) {
@@ -268,7 +258,7 @@ inline void hsvToRgbTail(int h, int s, int v, typename T::Elem out[3]) {
 template <class T>
 inline int blockConvertInv(float x);
 template <>
-inline int blockConvertInv<Hsv8u>(float x) { return satBlock8u(cvtTrunc(x)); }
+inline int blockConvertInv<Hsv8u>(float x) { return satPack8u(cvtTrunc(x)); }
 template <>
 inline int blockConvertInv<Hsv16u>(float x) { return cvtRound(x) & 0xFFFF; }
 
