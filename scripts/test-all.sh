@@ -6,6 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/deps.sh
 jobs="$(nproc)"
+# Build directories: $LUM_BUILD_ROOT/x86-64, ... (default build/x86-64, ...).
+root="${LUM_BUILD_ROOT:-build}"
 t0=$SECONDS
 since() { echo "$((SECONDS - $1))s"; }
 
@@ -30,32 +32,32 @@ with_progress() {
 run() {
   name="$1"; shift
   echo "=== $name ==="
-  cmake -S . -B "build/$name" -DCMAKE_BUILD_TYPE=Release -DLUM_BUILD_TESTS=ON \
+  cmake -S . -B "$root/$name" -DCMAKE_BUILD_TYPE=Release -DLUM_BUILD_TESTS=ON \
     -DLUM_BUILD_TOOLS=ON -DLUM_BUILD_BENCH=OFF "$@" >/dev/null
   local start=$SECONDS
   echo "building $name ..."
-  if ! with_progress "building $name" "build/$name.build.log" cmake --build "build/$name" -j"$jobs"; then
-    tail -n 60 "build/$name.build.log"; echo "FAILED: build of $name"; exit 1
+  if ! with_progress "building $name" "$root/$name.build.log" cmake --build "$root/$name" -j"$jobs"; then
+    tail -n 60 "$root/$name.build.log"; echo "FAILED: build of $name"; exit 1
   fi
   echo "built $name in $(since "$start"); testing ..."
   start=$SECONDS
-  if ! (cd "build/$name" && ctest --output-on-failure -j"$jobs" > ctest.log 2>&1); then
-    cat "build/$name/ctest.log"; echo "FAILED: tests of $name"; exit 1
+  if ! (cd "$root/$name" && ctest --output-on-failure -j"$jobs" > ctest.log 2>&1); then
+    cat "$root/$name/ctest.log"; echo "FAILED: tests of $name"; exit 1
   fi
-  grep -E 'tests passed|Total Test time' "build/$name/ctest.log" | sed 's/^/  /'
+  grep -E 'tests passed|Total Test time' "$root/$name/ctest.log" | sed 's/^/  /'
   echo "tested $name in $(since "$start") (total $(since "$t0"))"
 }
 
 # The members that divide through the processor's approximate reciprocal.
 rcp_members='^lumi(RGBToHSV|HSVToRGB)_|^lumiRGBToHLS_(8u|16u|16s)_|^lumiBGRToHLS_8u_'
 
-# The test suite of build/<name> on an emulated SSE2-only processor:
+# The test suite of <root>/<name> on an emulated SSE2-only processor:
 #   emulated <name> <qemu program> <cpu model>
 # The library loads; every test program passes; lumdigest gives the native
 # bytes and the same for team sizes 1 and 4; the lumconv cases pass.
 emulated() {
   local name="$1" qemu="$2" cpu="$3"
-  local dir="build/$name" out="build/$name/emulated"
+  local dir="$root/$name" out="$root/$name/emulated"
   local start=$SECONDS
   echo "=== $name on an SSE2-only processor ($qemu -cpu $cpu) ==="
   rm -rf "$out"; mkdir -p "$out"
@@ -104,12 +106,12 @@ emulated() {
   # The lumconv cases, through a wrapper that runs lumconv on the emulator
   # (the demo case first: others compare with its output).
   if [ -x "$dir/tools/lumconv/lumconv" ]; then
-    printf '#!/bin/sh\nexec %s "%s" "$@"\n' "$emu" "$(pwd)/$dir/tools/lumconv/lumconv" > "$out/lumconv"
+    printf '#!/bin/sh\nexec %s "%s" "$@"\n' "$emu" "$(cd "$dir" && pwd)/tools/lumconv/lumconv" > "$out/lumconv"
     chmod +x "$out/lumconv"
     local cases n=0
     cases=$(cd "$dir" && ctest -N -R '^lumconv_' | sed -n 's/^ *Test *#[0-9]*: lumconv_//p')
     for c in $cases; do
-      if ! sh tools/lumconv/cli_tests.sh "$(pwd)/$out/lumconv" "$(pwd)/$out/lumconv-work" "$c" > "$out/lumconv.log" 2>&1; then
+      if ! sh tools/lumconv/cli_tests.sh "$(cd "$out" && pwd)/lumconv" "$(cd "$out" && pwd)/lumconv-work" "$c" > "$out/lumconv.log" 2>&1; then
         cat "$out/lumconv.log"; echo "FAILED: $name: lumconv case $c on $cpu"; exit 1
       fi
       n=$((n + 1))
@@ -122,17 +124,17 @@ emulated() {
 run x86-64 -DLUM_M32=OFF -DLUM_SANITIZE=OFF
 run i386 -DLUM_M32=ON -DLUM_SANITIZE=OFF
 echo "=== same bytes on x86-64 and i386 ==="
-build/x86-64/tests/lumdigest > build/digest-x86-64.txt
-build/i386/tests/lumdigest > build/digest-i386.txt
-if ! diff build/digest-x86-64.txt build/digest-i386.txt; then
+"$root/x86-64/tests/lumdigest" > "$root/digest-x86-64.txt"
+"$root/i386/tests/lumdigest" > "$root/digest-i386.txt"
+if ! diff "$root/digest-x86-64.txt" "$root/digest-i386.txt"; then
   echo "FAILED: x86-64 and i386 give different bytes"; exit 1
 fi
-echo "$(wc -l < build/digest-i386.txt) digests agree"
+echo "$(wc -l < "$root/digest-i386.txt") digests agree"
 emulated x86-64 qemu-x86_64 qemu64
 emulated i386 qemu-i386 qemu32
-if ! diff build/x86-64/emulated/digest.txt build/i386/emulated/digest.txt; then
+if ! diff "$root/x86-64/emulated/digest.txt" "$root/i386/emulated/digest.txt"; then
   echo "FAILED: x86-64 and i386 give different bytes on the emulated processor"; exit 1
 fi
-echo "emulated x86-64 and i386: $(wc -l < build/i386/emulated/digest.txt) digests agree"
+echo "emulated x86-64 and i386: $(wc -l < "$root/i386/emulated/digest.txt") digests agree"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 run sanitize -DLUM_M32=OFF -DLUM_SANITIZE=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
 echo "all tests passed in $(since "$t0")"
