@@ -16,6 +16,7 @@
 #include <type_traits>
 
 #include "frame/lum_cpu.h"
+#include "frame/lum_shapes.h"
 #include "lumcc.h"
 
 // Public entry points of this library.
@@ -215,6 +216,82 @@ inline void serialRows(int height, RowFn&& row) {
   for (int y = 0; y < height; ++y) row(y);
 }
 
+// The rows of a driver under its threading policy, named where it is used:
+// rows<Threading::Serial>, rows<Threading::Group1>, rows<Threading::AnyRegion>.
+template <Threading kPolicy, class RowFn>
+inline void rows(int width, int height, RowFn&& row) {
+  if constexpr (kPolicy == Threading::Serial) {
+    serialRows(height, row);
+  } else if constexpr (kPolicy == Threading::Group1) {
+    group1Rows(width, height, row);
+  } else {
+    parallelRows(height, row);
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Public functions from their shape (lum_shapes.h), with the check pattern
+// named where the function is defined.  checks<P> takes every pointer, the
+// plane arrays and the steps of a call and runs pattern P over them.
+template <Pattern P>
+inline LumStatus checks(std::initializer_list<const void*> ptrs,
+                        std::initializer_list<PtrArray> arrays, std::initializer_list<int> steps,
+                        LumSize roi) {
+  if constexpr (P == Pattern::P1) {
+    return checkP1(ptrs, roi);
+  } else if constexpr (P == Pattern::P2) {
+    return checkP2(ptrs, roi, arrays);
+  } else if constexpr (P == Pattern::P3) {
+    return checkP3(ptrs, arrays, roi);
+  } else if constexpr (P == Pattern::P4) {
+    return checkP4(ptrs, arrays, roi, steps);
+  } else if constexpr (P == Pattern::P5) {
+    return checkP5(ptrs, arrays, steps, roi);
+  } else {
+    static_assert(P == Pattern::P1, "shapes A to D use patterns P1 to P5");
+  }
+}
+
+// One public function of shape A, B, C or D: the checks of pattern P, then
+// the rest of the arguments (one statement, the driver's call, seeing pSrc,
+// srcStep, pDst, dstStep and roiSize).  NS and ND are the numbers of planes of a planar side.
+#define LUM_PUBLIC_A(name, P, S, D, ...)                                                  \
+  LUM_PUBLIC LumStatus name(const S* pSrc, int srcStep, D* pDst, int dstStep,             \
+                            LumSize roiSize) {                                            \
+    const LumStatus st_ =                                                                 \
+        lum::checks<lum::Pattern::P>({pSrc, pDst}, {}, {srcStep, dstStep}, roiSize);      \
+    if (st_ != LumOk) return st_;                                                         \
+    __VA_ARGS__;                                                                          \
+    return LumOk;                                                                         \
+  }
+#define LUM_PUBLIC_B(name, P, S, D, ND, ...)                                              \
+  LUM_PUBLIC LumStatus name(const S* pSrc, int srcStep, D* const pDst[ND], int dstStep,   \
+                            LumSize roiSize) {                                            \
+    const LumStatus st_ = lum::checks<lum::Pattern::P>({pSrc, pDst}, {lum::arr(pDst, ND)}, \
+                                                       {srcStep, dstStep}, roiSize);      \
+    if (st_ != LumOk) return st_;                                                         \
+    __VA_ARGS__;                                                                          \
+    return LumOk;                                                                         \
+  }
+#define LUM_PUBLIC_C(name, P, S, D, NS, ...)                                              \
+  LUM_PUBLIC LumStatus name(const S* const pSrc[NS], int srcStep, D* pDst, int dstStep,   \
+                            LumSize roiSize) {                                            \
+    const LumStatus st_ = lum::checks<lum::Pattern::P>({pSrc, pDst}, {lum::arr(pSrc, NS)}, \
+                                                       {srcStep, dstStep}, roiSize);      \
+    if (st_ != LumOk) return st_;                                                         \
+    __VA_ARGS__;                                                                          \
+    return LumOk;                                                                         \
+  }
+#define LUM_PUBLIC_D(name, P, S, D, NS, ND, ...)                                          \
+  LUM_PUBLIC LumStatus name(const S* const pSrc[NS], int srcStep, D* const pDst[ND],      \
+                            int dstStep, LumSize roiSize) {                               \
+    const LumStatus st_ = lum::checks<lum::Pattern::P>(                                   \
+        {pSrc, pDst}, {lum::arr(pSrc, NS), lum::arr(pDst, ND)}, {srcStep, dstStep}, roiSize); \
+    if (st_ != LumOk) return st_;                                                         \
+    __VA_ARGS__;                                                                          \
+    return LumOk;                                                                         \
+  }
+
 // ---------------------------------------------------------------------------
 // The colour-model families (HSV, HLS, ...): a public function of shape A
 // checks P1, turns its byte steps into elements (shift 0, 1 or 2) and calls
@@ -246,7 +323,7 @@ inline LumStatus modelPublicP1(const T* pSrc, int srcStep, T* pDst, int dstStep,
 template <class T, class Kernel>
 inline void modelRowsGroup1(const T* pSrc, int srcStepElems, T* pDst, int dstStepElems, int width,
                             int height, int nchannels, Isa isa, Kernel kernel) {
-  group1Rows(width, height, [&](int y) {
+  rows<Threading::Group1>(width, height, [&](int y) {
     kernel(elemRow(pSrc, y, srcStepElems), elemRow(pDst, y, dstStepElems), width, nchannels,
            isa);
   });

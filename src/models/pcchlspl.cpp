@@ -10,96 +10,22 @@
 #include "models/pcchlspl.h"
 
 #include "frame/lum_frame.h"
+#include "frame/lum_row.h"
 #include "frame/lum_simd.h"
 
 using namespace lum;
 using namespace lum::hls;
 
-
 namespace {
 
-// ---------------------------------------------------------------------------
-// Readers: channel k (0, 1, 2; 3 for alpha) of 4 pixels in 32-bit lanes, or
-// of one pixel.
-
-// Three or four planes.
-struct PlanesIn {
-  const Lum8u* p[4];
-  void load4(int x, __m128i c[4]) const {
-    for (int k = 0; k < 4; ++k) c[k] = p[k] ? bytes4to32(load32(p[k] + x)) : _mm_setzero_si128();
-  }
-  void load1(int x, int c[4]) const {
-    for (int k = 0; k < 4; ++k) c[k] = p[k] ? p[k][x] : 0;
-  }
-};
-// Pixels of 3 samples.
-struct Pixels3In {
-  const Lum8u* p;
-  void load4(int x, __m128i c[4]) const {
-    load3x4b(p + 3 * x, c);
-    c[3] = _mm_setzero_si128();
-  }
-  void load1(int x, int c[4]) const {
-    const Lum8u* q = p + 3 * x;
-    c[0] = q[0];
-    c[1] = q[1];
-    c[2] = q[2];
-    c[3] = 0;
-  }
-};
-// Pixels of 4 samples.
-struct Pixels4In {
-  const Lum8u* p;
-  void load4(int x, __m128i c[4]) const { load4x4b(p + 4 * x, c); }
-  void load1(int x, int c[4]) const {
-    const Lum8u* q = p + 4 * x;
-    for (int k = 0; k < 4; ++k) c[k] = q[k];
-  }
-};
-
-// ---------------------------------------------------------------------------
-// Writers: channels as 32-bit lanes, narrowed through signed 16-bit, then
-// unsigned 8-bit saturation; alpha (lanes of 0..255) where the layout has
-// it.  Tail pixels arrive as bytes.
-
-// Three or four planes (p[3] null: no alpha plane).
-struct PlanesOut {
-  Lum8u* p[4];
-  void store4(int x, const __m128i c[4]) const {
-    for (int k = 0; k < 4; ++k)
-      if (p[k]) store32(p[k] + x, pack4b(c[k]));
-  }
-  void store1(int x, const Lum8u c[4]) const {
-    for (int k = 0; k < 4; ++k)
-      if (p[k]) p[k][x] = c[k];
-  }
-};
-// Pixels of 3 samples.
-struct Pixels3Out {
-  Lum8u* p;
-  void store4(int x, const __m128i c[4]) const {
-    const __m128i w[3] = {_mm_packs_epi32(c[0], c[0]), _mm_packs_epi32(c[1], c[1]),
-                          _mm_packs_epi32(c[2], c[2])};
-    store3x4b(p + 3 * x, w);
-  }
-  void store1(int x, const Lum8u c[4]) const {
-    Lum8u* q = p + 3 * x;
-    q[0] = c[0];
-    q[1] = c[1];
-    q[2] = c[2];
-  }
-};
-// Pixels of 4 samples, all four written (alpha carried across).
-struct Pixels4Out {
-  Lum8u* p;
-  void store4(int x, const __m128i c[4]) const {
-    storeu(p + 4 * x, _mm_or_si128(pack3to4x4b(c[0], c[1], c[2]), _mm_slli_epi32(c[3], 24)));
-  }
-  void store1(int x, const Lum8u c[4]) const {
-    Lum8u* q = p + 4 * x;
-    for (int k = 0; k < 4; ++k) q[k] = c[k];
-  }
-};
+// The readers and writers of 4 pixels and of one pixel are the Lanes4*
+// accessors of lum_row.h.
+using PlanesIn = Lanes4PlanesIn;
+using Pixels3In = Lanes4C3In;
+using Pixels4In = Lanes4C4In;
+using PlanesOut = Lanes4PlanesOut;
+using Pixels3Out = Lanes4C3Out;
+using Pixels4Out = Lanes4C4Out;
 
 // ---------------------------------------------------------------------------
 // The two directions over any reader and writer.
@@ -107,45 +33,53 @@ struct Pixels4Out {
 // B, G, R -> H, L, S; alpha across.
 template <class In, class Out>
 inline void bgrToHlsRow(const In& in, const Out& out, int width) {
-  const int block = width & ~(hlspl::kBlock - 1);
-  int x = 0;
-  for (; x < block; x += hlspl::kBlock) {
-    __m128i c[4];
-    in.load4(x, c);
-    const FwdVec o = rgbToHls8uBlockVec(c[2], c[1], c[0]);
-    const __m128i res[4] = {o.H, o.L, o.S, c[3]};
-    out.store4(x, res);
-  }
-  for (; x < width; ++x) {
-    int c[4];
-    in.load1(x, c);
-    Lum8u res[4];
-    rgbToHls8uTail(c[2], c[1], c[0], res);
-    res[3] = static_cast<Lum8u>(c[3]);
-    out.store1(x, res);
-  }
+  walkRow<hlspl::kBlock>(
+      width,
+      [&](int end) {
+        int x = 0;
+        for (; x < end; x += hlspl::kBlock) {
+          __m128i c[4];
+          in.load4(x, c);
+          const FwdVec o = rgbToHls8uBlockVec(c[2], c[1], c[0]);
+          const __m128i res[4] = {o.H, o.L, o.S, c[3]};
+          out.store4(x, res);
+        }
+        return x;
+      },
+      [&](int x) {
+        int c[4];
+        in.load1(x, c);
+        Lum8u res[4];
+        rgbToHls8uTail(c[2], c[1], c[0], res);
+        res[3] = static_cast<Lum8u>(c[3]);
+        out.store1(x, res);
+      });
 }
 
 // H, L, S -> B, G, R; alpha across.
 template <class In, class Out>
 inline void hlsToBgrRow(const In& in, const Out& out, int width) {
-  const int block = width & ~(hlspl::kBlock - 1);
-  int x = 0;
-  for (; x < block; x += hlspl::kBlock) {
-    __m128i c[4], rgb[3];
-    in.load4(x, c);
-    hlsToRgb8uBlockVec(c[0], c[1], c[2], rgb);
-    const __m128i res[4] = {rgb[2], rgb[1], rgb[0], c[3]};
-    out.store4(x, res);
-  }
-  for (; x < width; ++x) {
-    int c[4];
-    in.load1(x, c);
-    Lum8u rgb[3];
-    hlsToRgb8uTail(c[0], c[1], c[2], rgb);
-    const Lum8u res[4] = {rgb[2], rgb[1], rgb[0], static_cast<Lum8u>(c[3])};
-    out.store1(x, res);
-  }
+  walkRow<hlspl::kBlock>(
+      width,
+      [&](int end) {
+        int x = 0;
+        for (; x < end; x += hlspl::kBlock) {
+          __m128i c[4], rgb[3];
+          in.load4(x, c);
+          hlsToRgb8uBlockVec(c[0], c[1], c[2], rgb);
+          const __m128i res[4] = {rgb[2], rgb[1], rgb[0], c[3]};
+          out.store4(x, res);
+        }
+        return x;
+      },
+      [&](int x) {
+        int c[4];
+        in.load1(x, c);
+        Lum8u rgb[3];
+        hlsToRgb8uTail(c[0], c[1], c[2], rgb);
+        const Lum8u res[4] = {rgb[2], rgb[1], rgb[0], static_cast<Lum8u>(c[3])};
+        out.store1(x, res);
+      });
 }
 
 }  // namespace
@@ -160,63 +94,67 @@ inline void hlsToBgrRow(const In& in, const Out& out, int width) {
 // store where the address is a multiple of 4, chosen again each round, else
 // byte by byte), and the destination is not read.  The tail writes bytes.
 void innerBGRToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  const int block = width & ~(hlspl::kBlock - 1);
-  int x = 0;
-  if ((reinterpret_cast<uintptr_t>(pDst) & 7u) == 0) {
-    const __m128i keep = _mm_set1_epi32(static_cast<int>(0xFF000000u));
-    for (; x < block; x += hlspl::kBlock) {
-      __m128i c[4];
-      load4x4b(pSrc + 4 * x, c);
-      const FwdVec o = rgbToHls8uBlockVec(c[2], c[1], c[0]);
-      const __m128i px = pack3to4x4b(o.H, o.L, o.S);
-      Lum8u* d = pDst + 4 * x;
-      const __m128i old = _mm_unpacklo_epi64(loadl64(d), loadl64(d + 8));
-      const __m128i v = _mm_or_si128(_mm_and_si128(old, keep), _mm_andnot_si128(keep, px));
-      storel64(d, v);
-      storel64(d + 8, _mm_srli_si128(v, 8));
-    }
-  } else {
-    for (; x < block; x += hlspl::kBlock) {
-      __m128i c[4];
-      load4x4b(pSrc + 4 * x, c);
-      const FwdVec o = rgbToHls8uBlockVec(c[2], c[1], c[0]);
-      alignas(16) Lum8u px[16];
-      _mm_store_si128(reinterpret_cast<__m128i*>(px), pack3to4x4b(o.H, o.L, o.S));
-      Lum8u* d = pDst + 4 * x;
-      if ((reinterpret_cast<uintptr_t>(d) & 3u) == 0) {
-        for (int i = 0; i < 4; ++i) {
-          memcpy(d + 4 * i, px + 4 * i, 2);
-          d[4 * i + 2] = px[4 * i + 2];
+  walkRow<hlspl::kBlock>(
+      width,
+      [&](int block) {
+        int x = 0;
+        if ((reinterpret_cast<uintptr_t>(pDst) & 7u) == 0) {
+          const __m128i keep = _mm_set1_epi32(static_cast<int>(0xFF000000u));
+          for (; x < block; x += hlspl::kBlock) {
+            __m128i c[4];
+            load4x4b(pSrc + 4 * x, c);
+            const FwdVec o = rgbToHls8uBlockVec(c[2], c[1], c[0]);
+            const __m128i px = pack3to4x4b(o.H, o.L, o.S);
+            Lum8u* d = pDst + 4 * x;
+            const __m128i old = _mm_unpacklo_epi64(loadl64(d), loadl64(d + 8));
+            const __m128i v = _mm_or_si128(_mm_and_si128(old, keep), _mm_andnot_si128(keep, px));
+            storel64(d, v);
+            storel64(d + 8, _mm_srli_si128(v, 8));
+          }
+        } else {
+          for (; x < block; x += hlspl::kBlock) {
+            __m128i c[4];
+            load4x4b(pSrc + 4 * x, c);
+            const FwdVec o = rgbToHls8uBlockVec(c[2], c[1], c[0]);
+            alignas(16) Lum8u px[16];
+            _mm_store_si128(reinterpret_cast<__m128i*>(px), pack3to4x4b(o.H, o.L, o.S));
+            Lum8u* d = pDst + 4 * x;
+            if ((reinterpret_cast<uintptr_t>(d) & 3u) == 0) {
+              for (int i = 0; i < 4; ++i) {
+                memcpy(d + 4 * i, px + 4 * i, 2);
+                d[4 * i + 2] = px[4 * i + 2];
+              }
+            } else {
+              for (int i = 0; i < 4; ++i) {
+                d[4 * i] = px[4 * i];
+                d[4 * i + 1] = px[4 * i + 1];
+                d[4 * i + 2] = px[4 * i + 2];
+              }
+            }
+          }
         }
-      } else {
-        for (int i = 0; i < 4; ++i) {
-          d[4 * i] = px[4 * i];
-          d[4 * i + 1] = px[4 * i + 1];
-          d[4 * i + 2] = px[4 * i + 2];
-        }
-      }
-    }
-  }
-  for (; x < width; ++x) {
-    const Lum8u* s = pSrc + 4 * x;
-    rgbToHls8uTail(s[2], s[1], s[0], pDst + 4 * x);
-  }
+        return x;
+      },
+      [&](int x) {
+        const Lum8u* s = pSrc + 4 * x;
+        rgbToHls8uTail(s[2], s[1], s[0], pDst + 4 * x);
+      });
 }
 
 void ownpi_BGRToHLS_8u_AP4(const Lum8u* pB, const Lum8u* pG, const Lum8u* pR, const Lum8u* pA,
                            Lum8u* pH, Lum8u* pL, Lum8u* pS, Lum8u* pDstA, int width) {
   bgrToHlsRow(PlanesIn{{pB, pG, pR, pA}}, PlanesOut{{pH, pL, pS, pDstA}}, width);
 }
-void ownpi_BGRToHLS_8u_AP4C4(const Lum8u* pB, const Lum8u* pG, const Lum8u* pR,
-                             const Lum8u* pA, Lum8u* pDst, int width) {
+void ownpi_BGRToHLS_8u_AP4C4(const Lum8u* pB, const Lum8u* pG, const Lum8u* pR, const Lum8u* pA,
+                             Lum8u* pDst, int width) {
   bgrToHlsRow(PlanesIn{{pB, pG, pR, pA}}, Pixels4Out{pDst}, width);
 }
 void ownpi_BGRToHLS_8u_AC4P4(const Lum8u* pSrc, Lum8u* pH, Lum8u* pL, Lum8u* pS, Lum8u* pDstA,
                              int width) {
   bgrToHlsRow(Pixels4In{pSrc}, PlanesOut{{pH, pL, pS, pDstA}}, width);
 }
-void ownpi_BGRToHLS_8u_P3(const Lum8u* pB, const Lum8u* pG, const Lum8u* pR, Lum8u* pH,
-                          Lum8u* pL, Lum8u* pS, int width) {
+void ownpi_BGRToHLS_8u_P3(const Lum8u* pB, const Lum8u* pG, const Lum8u* pR, Lum8u* pH, Lum8u* pL,
+                          Lum8u* pS, int width) {
   bgrToHlsRow(PlanesIn{{pB, pG, pR, nullptr}}, PlanesOut{{pH, pL, pS, nullptr}}, width);
 }
 void ownpi_BGRToHLS_8u_P3C3(const Lum8u* pB, const Lum8u* pG, const Lum8u* pR, Lum8u* pDst,
@@ -231,16 +169,16 @@ void ownpi_HLSToBGR_8u_AP4(const Lum8u* pH, const Lum8u* pL, const Lum8u* pS, co
                            Lum8u* pB, Lum8u* pG, Lum8u* pR, Lum8u* pDstA, int width) {
   hlsToBgrRow(PlanesIn{{pH, pL, pS, pA}}, PlanesOut{{pB, pG, pR, pDstA}}, width);
 }
-void ownpi_HLSToBGR_8u_AP4C4(const Lum8u* pH, const Lum8u* pL, const Lum8u* pS,
-                             const Lum8u* pA, Lum8u* pDst, int width) {
+void ownpi_HLSToBGR_8u_AP4C4(const Lum8u* pH, const Lum8u* pL, const Lum8u* pS, const Lum8u* pA,
+                             Lum8u* pDst, int width) {
   hlsToBgrRow(PlanesIn{{pH, pL, pS, pA}}, Pixels4Out{pDst}, width);
 }
 void ownpi_HLSToBGR_8u_AC4P4(const Lum8u* pSrc, Lum8u* pB, Lum8u* pG, Lum8u* pR, Lum8u* pDstA,
                              int width) {
   hlsToBgrRow(Pixels4In{pSrc}, PlanesOut{{pB, pG, pR, pDstA}}, width);
 }
-void ownpi_HLSToBGR_8u_P3(const Lum8u* pH, const Lum8u* pL, const Lum8u* pS, Lum8u* pB,
-                          Lum8u* pG, Lum8u* pR, int width) {
+void ownpi_HLSToBGR_8u_P3(const Lum8u* pH, const Lum8u* pL, const Lum8u* pS, Lum8u* pB, Lum8u* pG,
+                          Lum8u* pR, int width) {
   hlsToBgrRow(PlanesIn{{pH, pL, pS, nullptr}}, PlanesOut{{pB, pG, pR, nullptr}}, width);
 }
 void ownpi_HLSToBGR_8u_P3C3(const Lum8u* pH, const Lum8u* pL, const Lum8u* pS, Lum8u* pDst,
@@ -255,7 +193,7 @@ void ownpi_HLSToBGR_8u_C3P3(const Lum8u* pSrc, Lum8u* pB, Lum8u* pG, Lum8u* pR, 
 // Row driver of the AC4R member: a region at any size.
 void myBGRToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
                         int dstStep) {
-  parallelRows(height, [&](int y) {
+  rows<Threading::AnyRegion>(width, height, [&](int y) {
     innerBGRToHLS_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
   });
 }
@@ -263,171 +201,82 @@ void myBGRToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, i
 // ===========================================================================
 // Public functions.  lumiBGRToHLS_8u_AC4R: pointers, size, then steps (P4).
 // All others: pointers (plane pointers included), steps, then size (P5).
-// The members marked "region" share their rows by a static OpenMP loop at any
-// size; the others run on the calling thread.
+// Each names its threading: AnyRegion shares the rows by a static OpenMP
+// loop at any size, Serial stays on the calling thread.
 
-LUM_PUBLIC LumStatus lumiBGRToHLS_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                          int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP4({pSrc, pDst}, {}, roiSize, {srcStep, dstStep});
-  if (st != LumOk) return st;
-  myBGRToHLS_8u_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
+#define LUM_HLSPL_ROWS(policy, ...) \
+  rows<Threading::policy>(roiSize.width, roiSize.height, [&](int y) { __VA_ARGS__; })
 
-// No region.
-LUM_PUBLIC LumStatus lumiBGRToHLS_8u_AP4R(const Lum8u* const pSrc[4], int srcStep,
-                                          Lum8u* const pDst[4], int dstStep, LumSize roiSize) {
-  const LumStatus st =
-      checkP5({pSrc, pDst}, {arr(pSrc, 4), arr(pDst, 4)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  serialRows(roiSize.height, [&](int y) {
-    ownpi_BGRToHLS_8u_AP4(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                          rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
-                          rowPtr(pDst[0], y, dstStep), rowPtr(pDst[1], y, dstStep),
-                          rowPtr(pDst[2], y, dstStep), rowPtr(pDst[3], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
+LUM_PUBLIC_A(lumiBGRToHLS_8u_AC4R, P4, Lum8u, Lum8u,
+             myBGRToHLS_8u_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep))
 
-// Region.
-LUM_PUBLIC LumStatus lumiBGRToHLS_8u_AP4C4R(const Lum8u* const pSrc[4], int srcStep, Lum8u* pDst,
-                                            int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pSrc, 4)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  parallelRows(roiSize.height, [&](int y) {
-    ownpi_BGRToHLS_8u_AP4C4(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                            rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
-                            rowPtr(pDst, y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// Region.
-LUM_PUBLIC LumStatus lumiBGRToHLS_8u_AC4P4R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[4],
-                                            int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pDst, 4)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  parallelRows(roiSize.height, [&](int y) {
-    ownpi_BGRToHLS_8u_AC4P4(rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep),
-                            rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep),
-                            rowPtr(pDst[3], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// No region.
-LUM_PUBLIC LumStatus lumiBGRToHLS_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
-                                         Lum8u* const pDst[3], int dstStep, LumSize roiSize) {
-  const LumStatus st =
-      checkP5({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  serialRows(roiSize.height, [&](int y) {
-    ownpi_BGRToHLS_8u_P3(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                         rowPtr(pSrc[2], y, srcStep), rowPtr(pDst[0], y, dstStep),
-                         rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// Region.
-LUM_PUBLIC LumStatus lumiBGRToHLS_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pSrc, 3)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  parallelRows(roiSize.height, [&](int y) {
-    ownpi_BGRToHLS_8u_P3C3(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                           rowPtr(pSrc[2], y, srcStep), rowPtr(pDst, y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// Region.
-LUM_PUBLIC LumStatus lumiBGRToHLS_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pDst, 3)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  parallelRows(roiSize.height, [&](int y) {
-    ownpi_BGRToHLS_8u_C3P3(rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep),
-                           rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// No region.
-LUM_PUBLIC LumStatus lumiHLSToBGR_8u_AP4R(const Lum8u* const pSrc[4], int srcStep,
-                                          Lum8u* const pDst[4], int dstStep, LumSize roiSize) {
-  const LumStatus st =
-      checkP5({pSrc, pDst}, {arr(pSrc, 4), arr(pDst, 4)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  serialRows(roiSize.height, [&](int y) {
-    ownpi_HLSToBGR_8u_AP4(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                          rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
-                          rowPtr(pDst[0], y, dstStep), rowPtr(pDst[1], y, dstStep),
-                          rowPtr(pDst[2], y, dstStep), rowPtr(pDst[3], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// No region.
-LUM_PUBLIC LumStatus lumiHLSToBGR_8u_AP4C4R(const Lum8u* const pSrc[4], int srcStep, Lum8u* pDst,
-                                            int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pSrc, 4)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  serialRows(roiSize.height, [&](int y) {
-    ownpi_HLSToBGR_8u_AP4C4(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                            rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
-                            rowPtr(pDst, y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// Region.
-LUM_PUBLIC LumStatus lumiHLSToBGR_8u_AC4P4R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[4],
-                                            int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pDst, 4)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  parallelRows(roiSize.height, [&](int y) {
-    ownpi_HLSToBGR_8u_AC4P4(rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep),
-                            rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep),
-                            rowPtr(pDst[3], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// No region.
-LUM_PUBLIC LumStatus lumiHLSToBGR_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
-                                         Lum8u* const pDst[3], int dstStep, LumSize roiSize) {
-  const LumStatus st =
-      checkP5({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  serialRows(roiSize.height, [&](int y) {
-    ownpi_HLSToBGR_8u_P3(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                         rowPtr(pSrc[2], y, srcStep), rowPtr(pDst[0], y, dstStep),
-                         rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// Region.
-LUM_PUBLIC LumStatus lumiHLSToBGR_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pSrc, 3)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  parallelRows(roiSize.height, [&](int y) {
-    ownpi_HLSToBGR_8u_P3C3(rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
-                           rowPtr(pSrc[2], y, srcStep), rowPtr(pDst, y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
-
-// Region.
-LUM_PUBLIC LumStatus lumiHLSToBGR_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP5({pSrc, pDst}, {arr(pDst, 3)}, {srcStep, dstStep}, roiSize);
-  if (st != LumOk) return st;
-  parallelRows(roiSize.height, [&](int y) {
-    ownpi_HLSToBGR_8u_C3P3(rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep),
-                           rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep), roiSize.width);
-  });
-  return LumOk;
-}
+LUM_PUBLIC_D(lumiBGRToHLS_8u_AP4R, P5, Lum8u, Lum8u, 4, 4,
+             LUM_HLSPL_ROWS(Serial, ownpi_BGRToHLS_8u_AP4(
+                                        rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
+                                        rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
+                                        rowPtr(pDst[0], y, dstStep), rowPtr(pDst[1], y, dstStep),
+                                        rowPtr(pDst[2], y, dstStep), rowPtr(pDst[3], y, dstStep),
+                                        roiSize.width)))
+LUM_PUBLIC_C(lumiBGRToHLS_8u_AP4C4R, P5, Lum8u, Lum8u, 4,
+             LUM_HLSPL_ROWS(AnyRegion, ownpi_BGRToHLS_8u_AP4C4(
+                                           rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
+                                           rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
+                                           rowPtr(pDst, y, dstStep), roiSize.width)))
+LUM_PUBLIC_B(lumiBGRToHLS_8u_AC4P4R, P5, Lum8u, Lum8u, 4,
+             LUM_HLSPL_ROWS(AnyRegion, ownpi_BGRToHLS_8u_AC4P4(
+                                           rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep),
+                                           rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep),
+                                           rowPtr(pDst[3], y, dstStep), roiSize.width)))
+LUM_PUBLIC_D(lumiBGRToHLS_8u_P3R, P5, Lum8u, Lum8u, 3, 3,
+             LUM_HLSPL_ROWS(Serial, ownpi_BGRToHLS_8u_P3(
+                                        rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
+                                        rowPtr(pSrc[2], y, srcStep), rowPtr(pDst[0], y, dstStep),
+                                        rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep),
+                                        roiSize.width)))
+LUM_PUBLIC_C(lumiBGRToHLS_8u_P3C3R, P5, Lum8u, Lum8u, 3,
+             LUM_HLSPL_ROWS(AnyRegion,
+                            ownpi_BGRToHLS_8u_P3C3(rowPtr(pSrc[0], y, srcStep),
+                                                   rowPtr(pSrc[1], y, srcStep),
+                                                   rowPtr(pSrc[2], y, srcStep),
+                                                   rowPtr(pDst, y, dstStep), roiSize.width)))
+LUM_PUBLIC_B(lumiBGRToHLS_8u_C3P3R, P5, Lum8u, Lum8u, 3,
+             LUM_HLSPL_ROWS(AnyRegion,
+                            ownpi_BGRToHLS_8u_C3P3(rowPtr(pSrc, y, srcStep),
+                                                   rowPtr(pDst[0], y, dstStep),
+                                                   rowPtr(pDst[1], y, dstStep),
+                                                   rowPtr(pDst[2], y, dstStep), roiSize.width)))
+LUM_PUBLIC_D(lumiHLSToBGR_8u_AP4R, P5, Lum8u, Lum8u, 4, 4,
+             LUM_HLSPL_ROWS(Serial, ownpi_HLSToBGR_8u_AP4(
+                                        rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
+                                        rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
+                                        rowPtr(pDst[0], y, dstStep), rowPtr(pDst[1], y, dstStep),
+                                        rowPtr(pDst[2], y, dstStep), rowPtr(pDst[3], y, dstStep),
+                                        roiSize.width)))
+LUM_PUBLIC_C(lumiHLSToBGR_8u_AP4C4R, P5, Lum8u, Lum8u, 4,
+             LUM_HLSPL_ROWS(Serial, ownpi_HLSToBGR_8u_AP4C4(
+                                        rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
+                                        rowPtr(pSrc[2], y, srcStep), rowPtr(pSrc[3], y, srcStep),
+                                        rowPtr(pDst, y, dstStep), roiSize.width)))
+LUM_PUBLIC_B(lumiHLSToBGR_8u_AC4P4R, P5, Lum8u, Lum8u, 4,
+             LUM_HLSPL_ROWS(AnyRegion, ownpi_HLSToBGR_8u_AC4P4(
+                                           rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep),
+                                           rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep),
+                                           rowPtr(pDst[3], y, dstStep), roiSize.width)))
+LUM_PUBLIC_D(lumiHLSToBGR_8u_P3R, P5, Lum8u, Lum8u, 3, 3,
+             LUM_HLSPL_ROWS(Serial, ownpi_HLSToBGR_8u_P3(
+                                        rowPtr(pSrc[0], y, srcStep), rowPtr(pSrc[1], y, srcStep),
+                                        rowPtr(pSrc[2], y, srcStep), rowPtr(pDst[0], y, dstStep),
+                                        rowPtr(pDst[1], y, dstStep), rowPtr(pDst[2], y, dstStep),
+                                        roiSize.width)))
+LUM_PUBLIC_C(lumiHLSToBGR_8u_P3C3R, P5, Lum8u, Lum8u, 3,
+             LUM_HLSPL_ROWS(AnyRegion,
+                            ownpi_HLSToBGR_8u_P3C3(rowPtr(pSrc[0], y, srcStep),
+                                                   rowPtr(pSrc[1], y, srcStep),
+                                                   rowPtr(pSrc[2], y, srcStep),
+                                                   rowPtr(pDst, y, dstStep), roiSize.width)))
+LUM_PUBLIC_B(lumiHLSToBGR_8u_C3P3R, P5, Lum8u, Lum8u, 3,
+             LUM_HLSPL_ROWS(AnyRegion,
+                            ownpi_HLSToBGR_8u_C3P3(rowPtr(pSrc, y, srcStep),
+                                                   rowPtr(pDst[0], y, dstStep),
+                                                   rowPtr(pDst[1], y, dstStep),
+                                                   rowPtr(pDst[2], y, dstStep), roiSize.width)))

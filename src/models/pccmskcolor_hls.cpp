@@ -21,6 +21,7 @@
 #include "models/pccmskcolor_hls.h"
 
 #include "frame/lum_frame.h"
+#include "frame/lum_row.h"
 #include "frame/lum_simd.h"
 #include "models/pccmskcolor_hls_blocks.h"
 
@@ -81,115 +82,6 @@ struct NetSse2 {
   }
 };
 
-// Read-modify-write of 16 bytes: the bytes under `keep` stay as they were.
-inline void mergeStore(void* p, __m128i v, __m128i keep) {
-  const __m128i old = loadu(p);
-  storeu(p, _mm_or_si128(_mm_and_si128(old, keep), _mm_andnot_si128(keep, v)));
-}
-// The alpha byte of four 4-byte pixels; the alpha word of two 4-word pixels.
-inline __m128i alphaMask8u() { return _mm_set1_epi32(static_cast<int>(0xFF000000u)); }
-inline __m128i alphaMask16() {
-  return _mm_set_epi32(static_cast<int>(0xFFFF0000u), 0, static_cast<int>(0xFFFF0000u), 0);
-}
-
-// Four pixels of 3 words: channel k in 32-bit lanes of c[k] (unsigned).
-inline void load3x4w(const Lum16u* p, __m128i c[3]) { widen3x4w(loadu(p), loadl64(p + 8), c); }
-// Results of four pixels in 32-bit lanes (channel k in c[k]) -> pixel order
-// -> narrowed in pairs of registers by Narrow (32 -> 16 bits) -> 12 words
-// written.
-template <class Narrow>
-inline void store3x4w(Lum16u* p, __m128i c0, __m128i c1, __m128i c2, Narrow narrow) {
-  __m128i px[3];
-  interleave3x4d(c0, c1, c2, px);
-  storeu(p, narrow(px[0], px[1]));
-  storel64(p + 8, narrow(px[2], px[2]));
-}
-// Four pixels of 4 words given as two registers of two pixels -> channel k
-// in 32-bit lanes of c[k] (unsigned): samples 0, 1 of each pixel are one
-// 32-bit lane, samples 2, 3 the next; two shuffles gather them, shifts and
-// masks split them.
-inline void split4x4w(__m128i v0, __m128i v1, __m128i c[3]) {
-  const __m128 a = _mm_castsi128_ps(v0), b = _mm_castsi128_ps(v1);
-  const __m128i s01 = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
-  const __m128i s23 = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
-  const __m128i low = _mm_set1_epi32(0xFFFF);
-  c[0] = _mm_and_si128(s01, low);
-  c[1] = _mm_srli_epi32(s01, 16);
-  c[2] = _mm_and_si128(s23, low);
-}
-inline void load4x4w(const Lum16u* p, __m128i c[3]) { split4x4w(loadu(p), loadu(p + 8), c); }
-// Three channels as words (c01 = ch 0 in words 0-3, ch 1 in words 4-7; c2 in
-// words 0-3) -> two registers of two 4-word pixels, word 3 of each zero.
-inline void interleave3to4x4w(__m128i c01, __m128i c2, __m128i px[2]) {
-  const __m128i x0 = _mm_unpacklo_epi16(c01, c2);                                  // 0 2 pairs
-  const __m128i x1 = _mm_unpacklo_epi16(_mm_srli_si128(c01, 8), _mm_setzero_si128());  // 1 z pairs
-  px[0] = _mm_unpacklo_epi16(x0, x1);
-  px[1] = _mm_unpackhi_epi16(x0, x1);
-}
-// Bias of 16s samples: sample + 32768 is the sample with its top bit flipped.
-inline __m128i flipTop16(__m128i v) {
-  return _mm_xor_si128(v, _mm_set1_epi16(static_cast<short>(0x8000)));
-}
-inline void load3x4wBiased(const Lum16s* p, __m128i c[3]) {
-  const Lum16u* q = reinterpret_cast<const Lum16u*>(p);
-  widen3x4w(flipTop16(loadu(q)), flipTop16(loadl64(q + 8)), c);
-}
-inline void load4x4wBiased(const Lum16s* p, __m128i c[3]) {
-  const Lum16u* q = reinterpret_cast<const Lum16u*>(p);
-  split4x4w(flipTop16(loadu(q)), flipTop16(loadu(q + 8)), c);
-}
-// 16s pixels of 4 words written as a 32-bit piece (samples 0, 1) and a
-// 16-bit piece (sample 2): the alpha word is neither read nor written.
-inline void store16sPieces(Lum16s* d, __m128i px) {
-  store32(d, px);
-  const uint16_t s2 = static_cast<uint16_t>(_mm_extract_epi16(px, 2));
-  memcpy(d + 2, &s2, 2);
-  store32(d + 4, _mm_srli_si128(px, 8));
-  const uint16_t s6 = static_cast<uint16_t>(_mm_extract_epi16(px, 6));
-  memcpy(d + 6, &s6, 2);
-}
-
-// Four pixels of 3 floats (12 floats, read and written exactly) <-> three
-// registers of one channel each.
-inline void load3x4f(const Lum32f* p, __m128& R, __m128& G, __m128& B) {
-  __m128 c[3];
-  deinterleave3x4ps(_mm_loadu_ps(p), _mm_loadu_ps(p + 4), _mm_loadu_ps(p + 8), c);
-  R = c[0];
-  G = c[1];
-  B = c[2];
-}
-inline void store3x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
-  __m128 v[3];
-  interleave3x4ps(R, G, B, v);
-  _mm_storeu_ps(p, v[0]);
-  _mm_storeu_ps(p + 4, v[1]);
-  _mm_storeu_ps(p + 8, v[2]);
-}
-// Four pixels of 4 floats: the first three samples of each as three
-// registers, and back with the fourth sample of each pixel not written (two
-// samples and one sample a pixel).
-inline void load3of4x4f(const Lum32f* p, __m128& R, __m128& G, __m128& B) {
-  __m128 v0 = _mm_loadu_ps(p), v1 = _mm_loadu_ps(p + 4), v2 = _mm_loadu_ps(p + 8),
-         v3 = _mm_loadu_ps(p + 12);
-  _MM_TRANSPOSE4_PS(v0, v1, v2, v3);
-  R = v0;
-  G = v1;
-  B = v2;
-}
-inline void store3of4x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
-  const __m128 rg01 = _mm_unpacklo_ps(R, G), rg23 = _mm_unpackhi_ps(R, G);
-  const __m128 b1 = _mm_shuffle_ps(B, B, _MM_SHUFFLE(1, 1, 1, 1));
-  _mm_storel_pi(reinterpret_cast<__m64*>(p), rg01);
-  _mm_store_ss(p + 2, B);
-  _mm_storeh_pi(reinterpret_cast<__m64*>(p + 4), rg01);
-  _mm_store_ss(p + 6, b1);
-  _mm_storel_pi(reinterpret_cast<__m64*>(p + 8), rg23);
-  _mm_store_ss(p + 10, _mm_movehl_ps(B, B));
-  _mm_storeh_pi(reinterpret_cast<__m64*>(p + 12), rg23);
-  _mm_store_ss(p + 14, _mm_shuffle_ps(B, B, _MM_SHUFFLE(3, 3, 3, 3)));
-}
-
-// Row start in elements.
 }  // namespace
 
 // ===========================================================================
@@ -197,18 +89,21 @@ inline void store3of4x4f(Lum32f* p, __m128 R, __m128 G, __m128 B) {
 // src into dst over the first (width & ~3) pixels, the scalar tail the rest;
 // Stride is the pixel's sample count.
 namespace {
+// wide, where given, converts the first pixels of the block part first (a
+// faster path's rounds), returning the first pixel it did not convert.
 template <int Stride, class T, class Block4, class Tail>
-inline void rowBy4(const T* pSrc, T* pDst, int width, Block4 block4, Tail tail) {
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
-    prefetchAhead(pSrc + Stride * x);
-    block4(pSrc + Stride * x, pDst + Stride * x);
-  }
-  for (; x < width; ++x) {
-    const T* s = pSrc + Stride * x;
-    tail(s[0], s[1], s[2], pDst + Stride * x);
-  }
+inline void rowBy4(const T* pSrc, T* pDst, int width, Block4 block4, Tail tail,
+                   int (*wide)(const T*, T*, int) = nullptr) {
+  walkRow<kBlock>(PixInterleaved<const T, Stride>{pSrc}, PixInterleaved<T, Stride>{pDst}, width,
+                  [&](int end) {
+                    int x = wide ? wide(pSrc, pDst, end) : 0;
+                    for (; x < end; x += kBlock) {
+                      prefetchAhead(pSrc + Stride * x);
+                      block4(pSrc + Stride * x, pDst + Stride * x);
+                    }
+                    return x;
+                  },
+                  tail);
 }
 }  // namespace
 
@@ -221,12 +116,9 @@ namespace {
 template <class Step, class Tail>
 inline void row8uC3(const Lum8u* pSrc, Lum8u* pDst, int width, bool ssse3,
          int (*blockSsse3)(const Lum8u*, Lum8u*, int), Step step, Tail tail) {
-  const int block = width & ~(kBlock8uC3 - 1);
-  int x = ssse3 ? blockSsse3(pSrc, pDst, block) : block8uC3<NetSse2>(pSrc, pDst, block, step);
-  for (; x < width; ++x) {
-    const Lum8u* s = pSrc + 3 * x;
-    tail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+  walkRow<kBlock8uC3>(PixC3<const Lum8u>{pSrc}, PixC3<Lum8u>{pDst}, width, [&](int end) {
+    return ssse3 ? blockSsse3(pSrc, pDst, end) : block8uC3<NetSse2>(pSrc, pDst, end, step);
+  }, tail);
 }
 }  // namespace
 
@@ -398,72 +290,44 @@ void inner_HLSToRGB_16s_AC4R(const Lum16s* pSrc, Lum16s* pDst, int width) {
 // scalar form rgbToHls32f; all give the same bits.  No AC4 twin: nchannels
 // is the pixel stride (an AC4 row keeps its fourth sample).
 void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels, Isa isa) {
-  const bool avx2 = isa >= kIsaAvx2;
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
   if (nchannels == 3) {
-    if (avx2) x = blockRGBToHLS_32f_C3_avx2(pSrc, pDst, block);
-    for (; x < block; x += kBlock) {
-      prefetchAhead(pSrc + 3 * x);
+    rowBy4<3>(pSrc, pDst, width, [&](const Lum32f* src, Lum32f* dst) {
       __m128 R, G, B;
-      load3x4f(pSrc + 3 * x, R, G, B);
+      load3x4f(src, R, G, B);
       const Hls32f4 o = rgbToHls32fVec(R, G, B);
-      store3x4f(pDst + 3 * x, o.H, o.L, o.S);
-    }
+      store3x4f(dst, o.H, o.L, o.S);
+    }, rgbToHls32f, isa >= kIsaAvx2 ? blockRGBToHLS_32f_C3_avx2 : nullptr);
   } else {
-    for (; x < block; x += kBlock) {
-      prefetchAhead(pSrc + 4 * x);
+    rowBy4<4>(pSrc, pDst, width, [&](const Lum32f* src, Lum32f* dst) {
       __m128 R, G, B;
-      load3of4x4f(pSrc + 4 * x, R, G, B);
+      load3of4x4f(src, R, G, B);
       const Hls32f4 o = rgbToHls32fVec(R, G, B);
-      store3of4x4f(pDst + 4 * x, o.H, o.L, o.S);
-    }
-  }
-  for (; x < width; ++x) {
-    const Lum32f* s = pSrc + nchannels * x;
-    rgbToHls32f(s[0], s[1], s[2], pDst + nchannels * x);
+      store3of4x4f(dst, o.H, o.L, o.S);
+    }, rgbToHls32f);
   }
 }
 
-// Inverse, C3: 4 pixels a round (8 in AVX2 where the processor has it),
+// Inverse, C3: 4 pixels a round (8 in AVX2 where the level has it),
 // multiplying by 0.016666668; the tail divides by 60.
 void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels, Isa isa) {
-  if (nchannels == 4) {
-    innerHLSToRGB_32f_AC4R(pSrc, pDst, width);
-    return;
-  }
-  const bool avx2 = isa >= kIsaAvx2;
-  const int block = width & ~(kBlock - 1);
-  int x = avx2 ? blockHLSToRGB_32f_C3_avx2(pSrc, pDst, block) : 0;
-  for (; x < block; x += kBlock) {
-    prefetchAhead(pSrc + 3 * x);
+  if (nchannels == 4) return innerHLSToRGB_32f_AC4R(pSrc, pDst, width);
+  rowBy4<3>(pSrc, pDst, width, [&](const Lum32f* src, Lum32f* dst) {
     __m128 H, L, S;
-    load3x4f(pSrc + 3 * x, H, L, S);
+    load3x4f(src, H, L, S);
     const Rgb4 c = hlsToRgb32fBlockVec(H, L, S);
-    store3x4f(pDst + 3 * x, c.R, c.G, c.B);
-  }
-  for (; x < width; ++x) {
-    const Lum32f* s = pSrc + 3 * x;
-    hlsToRgb32fTail(s[0], s[1], s[2], pDst + 3 * x);
-  }
+    store3x4f(dst, c.R, c.G, c.B);
+  }, hlsToRgb32fTail, isa >= kIsaAvx2 ? blockHLSToRGB_32f_C3_avx2 : nullptr);
 }
 
 // Inverse, AC4 twin: the fourth sample of each pixel neither read into the
 // arithmetic nor written.
 void innerHLSToRGB_32f_AC4R(const Lum32f* pSrc, Lum32f* pDst, int width) {
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  for (; x < block; x += kBlock) {
-    prefetchAhead(pSrc + 4 * x);
+  rowBy4<4>(pSrc, pDst, width, [&](const Lum32f* src, Lum32f* dst) {
     __m128 H, L, S;
-    load3of4x4f(pSrc + 4 * x, H, L, S);
+    load3of4x4f(src, H, L, S);
     const Rgb4 c = hlsToRgb32fBlockVec(H, L, S);
-    store3of4x4f(pDst + 4 * x, c.R, c.G, c.B);
-  }
-  for (; x < width; ++x) {
-    const Lum32f* s = pSrc + 4 * x;
-    hlsToRgb32fTail(s[0], s[1], s[2], pDst + 4 * x);
-  }
+    store3of4x4f(dst, c.R, c.G, c.B);
+  }, hlsToRgb32fTail);
 }
 
 // ===========================================================================

@@ -27,6 +27,7 @@
 
 #include "frame/lum_cpu.h"
 #include "frame/lum_lanes.h"
+#include "frame/lum_row.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
@@ -546,101 +547,6 @@ inline void hlsToRgb32fTail(float h, float l, float s, float out[3]) {
     return;
   }
   hlsToRgbTailS(h * 360.0f, l, s, out);
-}
-
-// ===========================================================================
-// Loads and stores of four pixels shared by the kernels.
-
-// Four pixels of 3 samples, one sample a 32-bit lane: in pixel order in three
-// registers (a = p0.0 p0.1 p0.2 p1.0, b = p1.1 p1.2 p2.0 p2.1, c = p2.2 p3.0
-// p3.1 p3.2) <-> sample k of the four pixels in register k.  Five shuffles
-// in, six out; the same network serves floats and integers.
-inline void deinterleave3x4ps(__m128 a, __m128 b, __m128 c, __m128 out[3]) {
-  const __m128 x = _mm_shuffle_ps(a, b, _MM_SHUFFLE(1, 0, 2, 1));  // p0.1 p0.2 p1.1 p1.2
-  const __m128 y = _mm_shuffle_ps(b, c, _MM_SHUFFLE(2, 1, 3, 2));  // p2.0 p2.1 p3.0 p3.1
-  out[0] = _mm_shuffle_ps(a, y, _MM_SHUFFLE(2, 0, 3, 0));
-  out[1] = _mm_shuffle_ps(x, y, _MM_SHUFFLE(3, 1, 2, 0));
-  out[2] = _mm_shuffle_ps(x, c, _MM_SHUFFLE(3, 0, 3, 1));
-}
-inline void interleave3x4ps(__m128 s0, __m128 s1, __m128 s2, __m128 out[3]) {
-  const __m128 t0 = _mm_shuffle_ps(s0, s1, _MM_SHUFFLE(2, 0, 2, 0));  // p0.0 p2.0 p0.1 p2.1
-  const __m128 t1 = _mm_shuffle_ps(s2, s0, _MM_SHUFFLE(3, 1, 2, 0));  // p0.2 p2.2 p1.0 p3.0
-  const __m128 t2 = _mm_shuffle_ps(s1, s2, _MM_SHUFFLE(3, 1, 3, 1));  // p1.1 p3.1 p1.2 p3.2
-  out[0] = _mm_shuffle_ps(t0, t1, _MM_SHUFFLE(2, 0, 2, 0));
-  out[1] = _mm_shuffle_ps(t2, t0, _MM_SHUFFLE(3, 1, 2, 0));
-  out[2] = _mm_shuffle_ps(t1, t2, _MM_SHUFFLE(3, 1, 3, 1));
-}
-inline void deinterleave3x4d(__m128i a, __m128i b, __m128i c, __m128i out[3]) {
-  __m128 o[3];
-  deinterleave3x4ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _mm_castsi128_ps(c), o);
-  for (int k = 0; k < 3; ++k) out[k] = _mm_castps_si128(o[k]);
-}
-inline void interleave3x4d(__m128i s0, __m128i s1, __m128i s2, __m128i out[3]) {
-  __m128 o[3];
-  interleave3x4ps(_mm_castsi128_ps(s0), _mm_castsi128_ps(s1), _mm_castsi128_ps(s2), o);
-  for (int k = 0; k < 3; ++k) out[k] = _mm_castps_si128(o[k]);
-}
-// 12 words (four 3-word pixels) given as words 0-7 in lo and 8-11 in the low
-// half of hi -> channel k in the 32-bit lanes of c[k], zero-extended.
-inline void widen3x4w(__m128i lo, __m128i hi, __m128i c[3]) {
-  const __m128i z = _mm_setzero_si128();
-  deinterleave3x4d(_mm_unpacklo_epi16(lo, z), _mm_unpackhi_epi16(lo, z),
-                   _mm_unpacklo_epi16(hi, z), c);
-}
-// Low 4 words -> 32-bit lanes, zero- or sign-free (unsigned samples).
-inline __m128i words4to32(__m128i v) { return _mm_unpacklo_epi16(v, _mm_setzero_si128()); }
-// Low 4 bytes -> 32-bit lanes.
-inline __m128i bytes4to32(__m128i v) { return words4to32(lo8to16(v)); }
-// 32-bit loads and stores of any alignment.
-inline __m128i load32(const void* p) {
-  int32_t v;
-  memcpy(&v, p, 4);
-  return _mm_cvtsi32_si128(v);
-}
-inline void store32(void* p, __m128i v) {
-  const int32_t x = _mm_cvtsi128_si32(v);
-  memcpy(p, &x, 4);
-}
-// Four pixels of 3 bytes (12 bytes, read exactly) -> channel k in 32-bit
-// lanes of c[k].
-inline void load3x4b(const Lum8u* p, __m128i c[3]) {
-  const __m128i v = _mm_unpacklo_epi64(loadl64(p), load32(p + 8));
-  widen3x4w(lo8to16(v), hi8to16(v), c);
-}
-// Channel k as signed 16-bit words (low 4 of c[k]) -> unsigned 8-bit
-// saturation -> 12 bytes written.  (The words widen with their sign, go
-// through the network in 32-bit lanes and pack back unchanged.)
-inline void store3x4b(Lum8u* p, const __m128i c[3]) {
-  __m128i px[3];
-  interleave3x4d(_mm_srai_epi32(_mm_unpacklo_epi16(c[0], c[0]), 16),
-                 _mm_srai_epi32(_mm_unpacklo_epi16(c[1], c[1]), 16),
-                 _mm_srai_epi32(_mm_unpacklo_epi16(c[2], c[2]), 16), px);
-  const __m128i b = _mm_packus_epi16(_mm_packs_epi32(px[0], px[1]), _mm_packs_epi32(px[2], px[2]));
-  storel64(p, b);
-  store32(p + 8, _mm_srli_si128(b, 8));
-}
-// Four pixels of 4 bytes (16 bytes) -> channel k in 32-bit lanes of c[k]:
-// each pixel is a 32-bit lane already, so shifts and masks do it.
-inline void load4x4b(const Lum8u* p, __m128i c[4]) {
-  const __m128i v = loadu(p), low = _mm_set1_epi32(0xFF);
-  c[0] = _mm_and_si128(v, low);
-  c[1] = _mm_and_si128(_mm_srli_epi32(v, 8), low);
-  c[2] = _mm_and_si128(_mm_srli_epi32(v, 16), low);
-  c[3] = _mm_srli_epi32(v, 24);
-}
-// Three channels as 32-bit lanes -> signed 16, then unsigned 8 saturation
-// -> bytes of four 4-byte pixels, the fourth byte of each 0.
-inline __m128i pack3to4x4b(__m128i c0, __m128i c1, __m128i c2) {
-  const __m128i b = _mm_packus_epi16(_mm_packs_epi32(c0, c1),
-                                     _mm_packs_epi32(c2, _mm_setzero_si128()));
-  // b = c0 x4 | c1 x4 | c2 x4 | 0 x4
-  const __m128i t = _mm_unpacklo_epi8(b, _mm_srli_si128(b, 8));  // c0 c2 pairs | c1 0 pairs
-  return _mm_unpacklo_epi8(t, _mm_srli_si128(t, 8));
-}
-// Bytes of one channel (low 4 bytes) from saturated 32-bit lanes.
-inline __m128i pack4b(__m128i c) {
-  const __m128i w = _mm_packs_epi32(c, c);
-  return _mm_packus_epi16(w, w);
 }
 
 }  // namespace hls

@@ -22,6 +22,7 @@
 #include "models/pccmskcolor_hsv.h"
 
 #include "frame/lum_frame.h"
+#include "frame/lum_row.h"
 #include "frame/lum_simd.h"
 
 using namespace lum;
@@ -57,44 +58,45 @@ using Avx8uFn = int (*)(const Lum8u*, Lum8u*, int);
 using Ssse3Fn = int (*)(const Lum8u*, Lum8u*, int, int);
 template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*), Avx8uFn avx2, Ssse3Fn ssse3>
 inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, Isa isa) {
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  if (isa >= kIsaAvx2) x = avx2(s, d, block);
-  if (isa >= kIsaSsse3) {
-    x = ssse3(s, d, x, block);
-  } else {
-    for (; x + 32 <= block; x += 32) {
-      const Planes8x32 in = deinterleave3x32(s + 3 * x);
-      Planes8x32 out;
-      for (int h = 0; h < 2; ++h) {
-        const __m128i i3[3] = {in.c[0][h], in.c[1][h], in.c[2][h]};
-        __m128i o3[3];
-        block16x8u<fn>(i3, o3);
-        for (int k = 0; k < 3; ++k) out.c[k][h] = o3[k];
+  walkRow<kBlock>(PixC3<const Lum8u>{s}, PixC3<Lum8u>{d}, width, [&](int block) {
+    int x = 0;
+    if (isa >= kIsaAvx2) x = avx2(s, d, block);
+    if (isa >= kIsaSsse3) {
+      x = ssse3(s, d, x, block);
+    } else {
+      for (; x + 32 <= block; x += 32) {
+        const Planes8x32 in = deinterleave3x32(s + 3 * x);
+        Planes8x32 out;
+        for (int h = 0; h < 2; ++h) {
+          const __m128i i3[3] = {in.c[0][h], in.c[1][h], in.c[2][h]};
+          __m128i o3[3];
+          block16x8u<fn>(i3, o3);
+          for (int k = 0; k < 3; ++k) out.c[k][h] = o3[k];
+        }
+        interleave3x32(out, d + 3 * x);
       }
-      interleave3x32(out, d + 3 * x);
+      for (; x + 16 <= block; x += 16) {
+        __m128i in[3], out[3];
+        deinterleave3x16(s + 3 * x, in);
+        block16x8u<fn>(in, out);
+        interleave3x16(out, d + 3 * x);
+      }
     }
-    for (; x + 16 <= block; x += 16) {
-      __m128i in[3], out[3];
-      deinterleave3x16(s + 3 * x, in);
-      block16x8u<fn>(in, out);
-      interleave3x16(out, d + 3 * x);
+    for (; x < block; x += 4) {
+      const Lum8u* p = s + 3 * x;
+      __m128i a, b, c;
+      fn(gather4(p, 3), gather4(p + 1, 3), gather4(p + 2, 3), a, b, c);
+      alignas(16) Lum8u o[16];
+      storeu(o, packSat8u(a, b, c));
+      Lum8u* q = d + 3 * x;
+      for (int j = 0; j < 4; ++j) {
+        q[3 * j] = o[j];
+        q[3 * j + 1] = o[4 + j];
+        q[3 * j + 2] = o[8 + j];
+      }
     }
-  }
-  for (; x < block; x += 4) {
-    const Lum8u* p = s + 3 * x;
-    __m128i a, b, c;
-    fn(gather4(p, 3), gather4(p + 1, 3), gather4(p + 2, 3), a, b, c);
-    alignas(16) Lum8u o[16];
-    storeu(o, packSat8u(a, b, c));
-    Lum8u* q = d + 3 * x;
-    for (int j = 0; j < 4; ++j) {
-      q[3 * j] = o[j];
-      q[3 * j + 1] = o[4 + j];
-      q[3 * j + 2] = o[8 + j];
-    }
-  }
-  for (; x < width; ++x) tail(s[3 * x], s[3 * x + 1], s[3 * x + 2], d + 3 * x);
+    return x;
+  }, tail);
 }
 
 // AC4: one 16-byte load of four pixels a round; each pixel's colour goes out
@@ -102,41 +104,36 @@ inline void kernel8uC3(const Lum8u* s, Lum8u* d, int width, Isa isa) {
 // read from the source's meaning nor written.
 template <Vec8uFn fn, void (*tail)(int, int, int, Lum8u*), Avx8uFn avx2>
 inline void kernel8uAC4(const Lum8u* s, Lum8u* d, int width, Isa isa) {
-  const int block = width & ~(kBlock - 1);
   const __m128i lowByte = _mm_set1_epi32(0xFF);
-  int x = 0;
-  if (isa >= kIsaAvx2) x = avx2(s, d, block);
-  for (; x < block; x += 4) {
-    const __m128i v = loadu(s + 4 * x);
-    const __m128 R = _mm_cvtepi32_ps(_mm_and_si128(v, lowByte));
-    const __m128 G = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(v, 8), lowByte));
-    const __m128 B = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(v, 16), lowByte));
-    __m128i a, b, c;
-    fn(R, G, B, a, b, c);
-    const __m128i bytes = packSat8u(a, b, c);                              // a0..3 b0..3 c0..3
-    const __m128i ab = _mm_unpacklo_epi8(bytes, _mm_srli_si128(bytes, 4));  // a0 b0 a1 b1 ...
-    const uint32_t cs = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 8)));
-    Lum8u* q = d + 4 * x;
-    const uint16_t w0 = static_cast<uint16_t>(_mm_extract_epi16(ab, 0));
-    const uint16_t w1 = static_cast<uint16_t>(_mm_extract_epi16(ab, 1));
-    const uint16_t w2 = static_cast<uint16_t>(_mm_extract_epi16(ab, 2));
-    const uint16_t w3 = static_cast<uint16_t>(_mm_extract_epi16(ab, 3));
-    memcpy(q, &w0, 2);
-    memcpy(q + 4, &w1, 2);
-    memcpy(q + 8, &w2, 2);
-    memcpy(q + 12, &w3, 2);
-    q[2] = static_cast<Lum8u>(cs);
-    q[6] = static_cast<Lum8u>(cs >> 8);
-    q[10] = static_cast<Lum8u>(cs >> 16);
-    q[14] = static_cast<Lum8u>(cs >> 24);
-  }
-  for (; x < width; ++x) {
-    Lum8u o[3];
-    tail(s[4 * x], s[4 * x + 1], s[4 * x + 2], o);
-    d[4 * x] = o[0];
-    d[4 * x + 1] = o[1];
-    d[4 * x + 2] = o[2];
-  }
+  walkRow<kBlock>(PixAC4<const Lum8u>{s}, PixAC4<Lum8u>{d}, width, [&](int block) {
+    int x = 0;
+    if (isa >= kIsaAvx2) x = avx2(s, d, block);
+    for (; x < block; x += 4) {
+      const __m128i v = loadu(s + 4 * x);
+      const __m128 R = _mm_cvtepi32_ps(_mm_and_si128(v, lowByte));
+      const __m128 G = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(v, 8), lowByte));
+      const __m128 B = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(v, 16), lowByte));
+      __m128i a, b, c;
+      fn(R, G, B, a, b, c);
+      const __m128i bytes = packSat8u(a, b, c);                              // a0..3 b0..3 c0..3
+      const __m128i ab = _mm_unpacklo_epi8(bytes, _mm_srli_si128(bytes, 4));  // a0 b0 a1 b1 ...
+      const uint32_t cs = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 8)));
+      Lum8u* q = d + 4 * x;
+      const uint16_t w0 = static_cast<uint16_t>(_mm_extract_epi16(ab, 0));
+      const uint16_t w1 = static_cast<uint16_t>(_mm_extract_epi16(ab, 1));
+      const uint16_t w2 = static_cast<uint16_t>(_mm_extract_epi16(ab, 2));
+      const uint16_t w3 = static_cast<uint16_t>(_mm_extract_epi16(ab, 3));
+      memcpy(q, &w0, 2);
+      memcpy(q + 4, &w1, 2);
+      memcpy(q + 8, &w2, 2);
+      memcpy(q + 12, &w3, 2);
+      q[2] = static_cast<Lum8u>(cs);
+      q[6] = static_cast<Lum8u>(cs >> 8);
+      q[10] = static_cast<Lum8u>(cs >> 16);
+      q[14] = static_cast<Lum8u>(cs >> 24);
+    }
+    return x;
+  }, tail);
 }
 
 // ---------------------------------------------------------------------------
@@ -151,85 +148,81 @@ using Avx16uFn = int (*)(const Lum16u*, Lum16u*, int);
 // then 8, then four at a time.
 template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*), Avx16uFn avx2>
 inline void kernel16uC3(const Lum16u* s, Lum16u* d, int width, Isa isa) {
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  if (isa >= kIsaAvx2) x = avx2(s, d, block);
-  for (; x + 16 <= block; x += 16) {
-    const Lum16u* p = s + 3 * x;
-    __m128i v[6] = {loadu(p), loadu(p + 8), loadu(p + 16), loadu(p + 24), loadu(p + 32), loadu(p + 40)};
-    for (int i = 0; i < 4; ++i) riffle16(v);
-    for (int h = 0; h < 2; ++h) {
-      __m128i o[3][2];
-      for (int q = 0; q < 2; ++q)
-        fn(u16LanesToFloat(v[h], q), u16LanesToFloat(v[2 + h], q), u16LanesToFloat(v[4 + h], q),
-           o[0][q], o[1][q], o[2][q]);
-      for (int k = 0; k < 3; ++k) v[2 * k + h] = pack(o[k][0], o[k][1]);
+  walkRow<kBlock>(PixC3<const Lum16u>{s}, PixC3<Lum16u>{d}, width, [&](int block) {
+    int x = 0;
+    if (isa >= kIsaAvx2) x = avx2(s, d, block);
+    for (; x + 16 <= block; x += 16) {
+      const Lum16u* p = s + 3 * x;
+      __m128i v[6] = {loadu(p), loadu(p + 8), loadu(p + 16), loadu(p + 24), loadu(p + 32), loadu(p + 40)};
+      for (int i = 0; i < 4; ++i) riffle16(v);
+      for (int h = 0; h < 2; ++h) {
+        __m128i o[3][2];
+        for (int q = 0; q < 2; ++q)
+          fn(u16LanesToFloat(v[h], q), u16LanesToFloat(v[2 + h], q), u16LanesToFloat(v[4 + h], q),
+             o[0][q], o[1][q], o[2][q]);
+        for (int k = 0; k < 3; ++k) v[2 * k + h] = pack(o[k][0], o[k][1]);
+      }
+      for (int i = 0; i < 4; ++i) unriffle16(v);
+      Lum16u* o = d + 3 * x;
+      for (int i = 0; i < 6; ++i) storeu(o + 8 * i, v[i]);
     }
-    for (int i = 0; i < 4; ++i) unriffle16(v);
-    Lum16u* o = d + 3 * x;
-    for (int i = 0; i < 6; ++i) storeu(o + 8 * i, v[i]);
-  }
-  for (; x + 8 <= block; x += 8) {
-    __m128i in[3], out[3], o[3][2];
-    deinterleave3x8w(s + 3 * x, in);
-    for (int h = 0; h < 2; ++h)
-      fn(u16LanesToFloat(in[0], h), u16LanesToFloat(in[1], h), u16LanesToFloat(in[2], h), o[0][h],
-         o[1][h], o[2][h]);
-    for (int k = 0; k < 3; ++k) out[k] = pack(o[k][0], o[k][1]);
-    interleave3x8w(out, d + 3 * x);
-  }
-  for (; x < block; x += 4) {
-    const Lum16u* p = s + 3 * x;
-    __m128i a, b, c;
-    fn(gather4(p, 3), gather4(p + 1, 3), gather4(p + 2, 3), a, b, c);
-    alignas(16) Lum16u o[16];
-    storeu(o, pack(a, b));
-    storeu(o + 8, pack(c, c));
-    Lum16u* q = d + 3 * x;
-    for (int j = 0; j < 4; ++j) {
-      q[3 * j] = o[j];
-      q[3 * j + 1] = o[4 + j];
-      q[3 * j + 2] = o[8 + j];
+    for (; x + 8 <= block; x += 8) {
+      __m128i in[3], out[3], o[3][2];
+      deinterleave3x8w(s + 3 * x, in);
+      for (int h = 0; h < 2; ++h)
+        fn(u16LanesToFloat(in[0], h), u16LanesToFloat(in[1], h), u16LanesToFloat(in[2], h), o[0][h],
+           o[1][h], o[2][h]);
+      for (int k = 0; k < 3; ++k) out[k] = pack(o[k][0], o[k][1]);
+      interleave3x8w(out, d + 3 * x);
     }
-  }
-  for (; x < width; ++x) tail(s[3 * x], s[3 * x + 1], s[3 * x + 2], d + 3 * x);
+    for (; x < block; x += 4) {
+      const Lum16u* p = s + 3 * x;
+      __m128i a, b, c;
+      fn(gather4(p, 3), gather4(p + 1, 3), gather4(p + 2, 3), a, b, c);
+      alignas(16) Lum16u o[16];
+      storeu(o, pack(a, b));
+      storeu(o + 8, pack(c, c));
+      Lum16u* q = d + 3 * x;
+      for (int j = 0; j < 4; ++j) {
+        q[3 * j] = o[j];
+        q[3 * j + 1] = o[4 + j];
+        q[3 * j + 2] = o[8 + j];
+      }
+    }
+    return x;
+  }, tail);
 }
 
 // AC4: two 16-byte loads of four pixels a round; each pixel's colour goes out
 // as a 32-bit and a 16-bit store around the alpha word, which is not written.
 template <Vec16uFn fn, Pack16Fn pack, void (*tail)(int, int, int, Lum16u*), Avx16uFn avx2>
 inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width, Isa isa) {
-  const int block = width & ~(kBlock - 1);
-  int x = 0;
-  if (isa >= kIsaAvx2) x = avx2(s, d, block);
-  for (; x < block; x += 4) {
-    const __m128i v0 = loadu(s + 4 * x);      // R0 G0 B0 A0 R1 G1 B1 A1
-    const __m128i v1 = loadu(s + 4 * x + 8);  // R2 G2 B2 A2 R3 G3 B3 A3
-    const __m128i a = _mm_unpacklo_epi16(v0, v1);  // R0 R2 G0 G2 B0 B2 A0 A2
-    const __m128i b = _mm_unpackhi_epi16(v0, v1);  // R1 R3 G1 G3 B1 B3 A1 A3
-    const __m128i rg = _mm_unpacklo_epi16(a, b);   // R0 R1 R2 R3 G0 G1 G2 G3
-    const __m128i ba = _mm_unpackhi_epi16(a, b);   // B0 B1 B2 B3 A0 A1 A2 A3
-    __m128i c0, c1, c2;
-    fn(u16LanesToFloat(rg, 0), u16LanesToFloat(rg, 1), u16LanesToFloat(ba, 0), c0, c1, c2);
-    const __m128i w01 = pack(c0, c1);                                     // c0 0..3, c1 0..3
-    const __m128i w2 = pack(c2, c2);                                      // c2 0..3
-    const __m128i pairs = _mm_unpacklo_epi16(w01, _mm_srli_si128(w01, 8));  // (c0 c1) per pixel
-    Lum16u* q = d + 4 * x;
-    alignas(16) uint32_t pr[4];
-    _mm_store_si128(reinterpret_cast<__m128i*>(pr), pairs);
-    for (int j = 0; j < 4; ++j) memcpy(q + 4 * j, &pr[j], 4);
-    q[2] = static_cast<Lum16u>(_mm_extract_epi16(w2, 0));
-    q[6] = static_cast<Lum16u>(_mm_extract_epi16(w2, 1));
-    q[10] = static_cast<Lum16u>(_mm_extract_epi16(w2, 2));
-    q[14] = static_cast<Lum16u>(_mm_extract_epi16(w2, 3));
-  }
-  for (; x < width; ++x) {
-    Lum16u o[3];
-    tail(s[4 * x], s[4 * x + 1], s[4 * x + 2], o);
-    d[4 * x] = o[0];
-    d[4 * x + 1] = o[1];
-    d[4 * x + 2] = o[2];
-  }
+  walkRow<kBlock>(PixAC4<const Lum16u>{s}, PixAC4<Lum16u>{d}, width, [&](int block) {
+    int x = 0;
+    if (isa >= kIsaAvx2) x = avx2(s, d, block);
+    for (; x < block; x += 4) {
+      const __m128i v0 = loadu(s + 4 * x);      // R0 G0 B0 A0 R1 G1 B1 A1
+      const __m128i v1 = loadu(s + 4 * x + 8);  // R2 G2 B2 A2 R3 G3 B3 A3
+      const __m128i a = _mm_unpacklo_epi16(v0, v1);  // R0 R2 G0 G2 B0 B2 A0 A2
+      const __m128i b = _mm_unpackhi_epi16(v0, v1);  // R1 R3 G1 G3 B1 B3 A1 A3
+      const __m128i rg = _mm_unpacklo_epi16(a, b);   // R0 R1 R2 R3 G0 G1 G2 G3
+      const __m128i ba = _mm_unpackhi_epi16(a, b);   // B0 B1 B2 B3 A0 A1 A2 A3
+      __m128i c0, c1, c2;
+      fn(u16LanesToFloat(rg, 0), u16LanesToFloat(rg, 1), u16LanesToFloat(ba, 0), c0, c1, c2);
+      const __m128i w01 = pack(c0, c1);                                     // c0 0..3, c1 0..3
+      const __m128i w2 = pack(c2, c2);                                      // c2 0..3
+      const __m128i pairs = _mm_unpacklo_epi16(w01, _mm_srli_si128(w01, 8));  // (c0 c1) per pixel
+      Lum16u* q = d + 4 * x;
+      alignas(16) uint32_t pr[4];
+      _mm_store_si128(reinterpret_cast<__m128i*>(pr), pairs);
+      for (int j = 0; j < 4; ++j) memcpy(q + 4 * j, &pr[j], 4);
+      q[2] = static_cast<Lum16u>(_mm_extract_epi16(w2, 0));
+      q[6] = static_cast<Lum16u>(_mm_extract_epi16(w2, 1));
+      q[10] = static_cast<Lum16u>(_mm_extract_epi16(w2, 2));
+      q[14] = static_cast<Lum16u>(_mm_extract_epi16(w2, 3));
+    }
+    return x;
+  }, tail);
 }
 
 }  // namespace
