@@ -78,20 +78,23 @@ constexpr Invoke callStatHint() { return nullptr; }
 #define LUM_INVOKER_Stat(name, S, D) callStat<S, D, name>()
 #define LUM_INVOKER_StatHint(name, S, D) callStatHint<S, D, name>()
 
-const std::vector<Entry> kTable = {
+
+}  // namespace
+
+// Built on first use, so that other programs' static initialisers may use it.
+const std::vector<Entry>& table() {
+  static const std::vector<Entry> kTable = {
 #define LUM_FN(name, shape, S, D, sl, dl, pat, thr, fam)                                    \
   Entry{#name, #fam, lum::Shape::shape, static_cast<int>(sizeof(S)),                       \
         static_cast<int>(sizeof(D)), std::is_floating_point<S>::value, lum::Layout::sl, lum::Layout::dl, lum::Pattern::pat, \
         lum::Threading::thr, LUM_INVOKER_##shape(name, S, D)},
 #include "frame/lum_functions.def"
 };
-
-}  // namespace
-
-const std::vector<Entry>& table() { return kTable; }
+  return kTable;
+}
 
 const Entry* find(const char* name) {
-  for (const Entry& e : kTable)
+  for (const Entry& e : table())
     if (strcmp(e.name, name) == 0) return &e;
   return nullptr;
 }
