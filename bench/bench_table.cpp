@@ -18,19 +18,22 @@ using lumbench::Image;
 struct Sides {
   std::vector<Image> src, dst;
   lumtable::Args args;
+  // Tight rows: bytes of a plane row as its width, one channel of bytes.
   Sides(const lumtable::Entry& e, Dims d) {
-    const lum::LayoutInfo si = lum::layoutInfo(e.srcLayout), di = lum::layoutInfo(e.dstLayout);
     src.reserve(4);
     dst.reserve(4);
-    if (e.shape != lum::Shape::N)
-      for (int p = 0; p < si.planes; ++p)
-        src.emplace_back(d.width, d.height, si.samples * e.srcElem, 7u + p);
-    for (int p = 0; p < di.planes; ++p)
-      dst.emplace_back(d.width, d.height, di.samples * e.dstElem, 11u + p);
-    for (size_t p = 0; p < src.size(); ++p) args.src[p] = src[p].data();
-    for (size_t p = 0; p < dst.size(); ++p) args.dst[p] = dst[p].data();
-    args.srcStep = src.empty() ? 0 : src[0].step();
-    args.dstStep = dst[0].step();
+    for (int p = 0; p < e.srcPlanes(); ++p)
+      src.emplace_back(e.srcRowBytes(p, d.width), e.srcRows(p, d.height), 1, 7u + p);
+    for (int p = 0; p < e.dstPlanes(); ++p)
+      dst.emplace_back(e.dstRowBytes(p, d.width), e.dstRows(p, d.height), 1, 11u + p);
+    for (size_t p = 0; p < src.size(); ++p) {
+      args.src[p] = src[p].data();
+      args.srcSteps[p] = src[p].step();
+    }
+    for (size_t p = 0; p < dst.size(); ++p) {
+      args.dst[p] = dst[p].data();
+      args.dstSteps[p] = dst[p].step();
+    }
     args.roi = LumSize{d.width, d.height};
     args.fill = 0x5A;
   }

@@ -1,14 +1,15 @@
 // The generic suite: every image function of the table, whatever its family,
 // against the promises all of them make.  Rows end on an inaccessible page
 // (a read past the region faults) and every other byte around the region is
-// a guard; widths 1 to 70 and a wide one; random steps and alignments;
-// every instruction-set level gives the bytes of the SSE2 level; team sizes
-// do not change the bytes; steps do not change the bytes; a failed check
+// a guard; widths from the function's smallest to 70 and a wide one; random
+// steps and alignments; every instruction-set level gives the bytes of the
+// SSE2 level; team sizes and steps do not change the bytes; a failed check
 // writes nothing and the checks come in the order of the function's pattern.
 // What a family's formulas give is left to the family's tests (worked
 // values) and to the committed digests.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <random>
 #include <string>
@@ -26,7 +27,9 @@ using lum::Shape;
 using lumtable::Entry;
 using lumtest::PagedImage;
 
-// The images of one call: a side's planes share one step.
+// The images of one call.  A side with one step gives all its planes the
+// same padding; a side with a step a plane pads each its own way; a shape
+// without steps gets tight rows (the function derives its strides).
 struct Call {
   const Entry& e;
   LumSize roi;
@@ -34,26 +37,35 @@ struct Call {
   lumtable::Args args;
 
   Call(const Entry& entry, int w, int h, std::mt19937& rng) : e(entry), roi{w, h} {
-    const int sPad = e.srcElem * static_cast<int>(rng() % 24);
-    const int dPad = e.dstElem * static_cast<int>(rng() % 24);
-    if (e.shape != Shape::N)
-      for (int p = 0; p < e.srcPlanes(); ++p)
-        src.emplace_back(new PagedImage(e.srcRowBytes(w), h, e.srcRowBytes(w) + sPad,
-                                        e.srcElem * static_cast<int>(rng() % 16)));
-    for (int p = 0; p < e.dstPlanes(); ++p)
-      dst.emplace_back(new PagedImage(e.dstRowBytes(w), h, e.dstRowBytes(w) + dPad,
+    const int sPad = e.hasSteps() ? e.srcElem * static_cast<int>(rng() % 24) : 0;
+    const int dPad = e.hasSteps() ? e.dstElem * static_cast<int>(rng() % 24) : 0;
+    for (int p = 0; p < e.srcPlanes(); ++p) {
+      const int pad = e.srcStepPerPlane() ? e.srcElem * static_cast<int>(rng() % 24) : sPad;
+      src.emplace_back(new PagedImage(e.srcRowBytes(p, w), e.srcRows(p, h),
+                                      e.srcRowBytes(p, w) + pad,
+                                      e.srcElem * static_cast<int>(rng() % 16)));
+    }
+    for (int p = 0; p < e.dstPlanes(); ++p) {
+      const int pad = e.dstStepPerPlane() ? e.dstElem * static_cast<int>(rng() % 24) : dPad;
+      dst.emplace_back(new PagedImage(e.dstRowBytes(p, w), e.dstRows(p, h),
+                                      e.dstRowBytes(p, w) + pad,
                                       e.dstElem * static_cast<int>(rng() % 16)));
+    }
     for (auto& s : src) fillSamples(*s, e.srcElem, rng);
     for (auto& d : dst) d->fillRandom(rng);
-    resetArgs();
     args.fill = static_cast<unsigned>(rng());
+    resetArgs();
   }
   void resetArgs() {
     lumtable::Args a;
-    for (size_t p = 0; p < src.size(); ++p) a.src[p] = src[p]->data();
-    for (size_t p = 0; p < dst.size(); ++p) a.dst[p] = dst[p]->data();
-    a.srcStep = src.empty() ? 0 : src[0]->step();
-    a.dstStep = dst[0]->step();
+    for (size_t p = 0; p < src.size(); ++p) {
+      a.src[p] = src[p]->data();
+      a.srcSteps[p] = src[p]->step();
+    }
+    for (size_t p = 0; p < dst.size(); ++p) {
+      a.dst[p] = dst[p]->data();
+      a.dstSteps[p] = dst[p]->step();
+    }
     a.roi = roi;
     a.fill = args.fill;
     args = a;
@@ -108,31 +120,39 @@ std::string where(const Entry& e, int w, int h, lum::Isa level) {
          lumtest::isaName(level);
 }
 
-// Every width from 1 to 70 and a wide row, one to three rows, random steps
-// and alignments: each level's bytes are the SSE2 level's, nothing around the
-// region changes, alpha of an AC4 destination stays, and no read leaves the
-// region (the page after the last row is inaccessible).
+// Every width from the smallest to 70 and a wide row, a few rows, random
+// steps and alignments: each level's bytes and status are the SSE2 level's,
+// nothing around the region changes, alpha of an AC4 destination stays, and
+// no read leaves the region (the page after the last row is inaccessible).
 TEST_P(Generic, EveryLevelGivesTheSameBytesInsideTheRegionOnly) {
   const Entry& e = *GetParam();
   std::mt19937 rng(0x5eed);
-  std::vector<int> widths = lumtest::widthsUpTo(70);
+  std::vector<int> widths;
+  for (int w = e.minWidth; w <= 70; ++w) widths.push_back(w);
   widths.push_back(1001);
   for (int w : widths) {
-    const int h = 1 + w % 3;
+    const int h = std::max(e.minHeight, 1 + w % 3);
     Call c(e, w, h, rng);
     const auto before = c.snapshots();
     const std::vector<uint8_t> initial = c.out();
     std::vector<uint8_t> reference;
+    LumStatus referenceStatus = LumOk;
     for (lum::Isa level : lumtest::isaLevels()) {
       const lumtest::IsaCap cap(level);
       c.restore(before);
-      ASSERT_EQ(c.run(), LumOk) << where(e, w, h, level);
+      const LumStatus st = c.run();
+      ASSERT_GE(st, 0) << where(e, w, h, level);
       ASSERT_TRUE(c.guardsIntact()) << where(e, w, h, level) << ": a byte outside the region changed";
       const std::vector<uint8_t> got = c.out();
-      if (level == lum::kIsaSse2) reference = got;
+      if (level == lum::kIsaSse2) {
+        reference = got;
+        referenceStatus = st;
+      }
+      ASSERT_EQ(st, referenceStatus) << where(e, w, h, level);
       ASSERT_EQ(got, reference) << where(e, w, h, level) << " differs from SSE2";
       if (e.dstLayout == Layout::AC4) {
-        for (size_t i = 0; i < got.size(); ++i) {
+        const size_t plane0 = c.dst[0]->regionBytes().size();
+        for (size_t i = 0; i < plane0; ++i) {
           if ((i / e.dstElem) % 4 != 3) continue;  // the alpha sample's bytes
           ASSERT_EQ(got[i], initial[i]) << where(e, w, h, level) << ": alpha written";
         }
@@ -144,15 +164,16 @@ TEST_P(Generic, EveryLevelGivesTheSameBytesInsideTheRegionOnly) {
 // The same pixels under other steps and alignments give the same bytes.
 TEST_P(Generic, StepsAndAlignmentDoNotChangeTheBytes) {
   const Entry& e = *GetParam();
+  if (!e.hasSteps()) GTEST_SKIP() << "no steps";
   std::mt19937 rng(77);
-  for (int w : {5, 33, 70}) {
-    const int h = 4;
+  for (int w : {std::max(e.minWidth, 5), 33, 70}) {
+    const int h = std::max(e.minHeight, 4);
     Call a(e, w, h, rng), b(e, w, h, rng);
     for (size_t p = 0; p < a.src.size(); ++p) b.src[p]->setRegion(a.src[p]->regionBytes());
     for (size_t p = 0; p < a.dst.size(); ++p) b.dst[p]->setRegion(a.dst[p]->regionBytes());
     b.args.fill = a.args.fill;
-    ASSERT_EQ(a.run(), LumOk);
-    ASSERT_EQ(b.run(), LumOk);
+    ASSERT_GE(a.run(), 0);
+    ASSERT_GE(b.run(), 0);
     EXPECT_EQ(a.out(), b.out()) << e.name << " w=" << w;
   }
 }
@@ -167,7 +188,7 @@ TEST_P(Generic, TeamSizesGiveTheSameBytes) {
   for (int team : {1, 2, 4}) {
     const lumtest::TeamSize scope(team);
     c.restore(before);
-    ASSERT_EQ(c.run(), LumOk);
+    ASSERT_GE(c.run(), 0);
     if (team == 1) one = c.out();
     EXPECT_EQ(c.out(), one) << e.name << " team " << team;
   }
@@ -181,14 +202,14 @@ struct Fault {
 };
 
 void nullSource(lumtable::Args& a, const Entry& en) {
-  if (en.srcPlanes() > 1) {
+  if (en.srcIsArray()) {
     a.srcArrayNull = true;
   } else {
     a.src[0] = nullptr;
   }
 }
 void nullDestination(lumtable::Args& a, const Entry& en) {
-  if (en.dstPlanes() > 1) {
+  if (en.dstIsArray()) {
     a.dstArrayNull = true;
   } else {
     a.dst[0] = nullptr;
@@ -196,11 +217,9 @@ void nullDestination(lumtable::Args& a, const Entry& en) {
 }
 
 std::vector<Fault> faultsFor(const Entry& e) {
-  const bool srcArr = e.srcPlanes() > 1, dstArr = e.dstPlanes() > 1;
-  const bool hasSrc = e.shape != Shape::N;
   const Pattern p = e.pattern;
   std::vector<Fault> f;
-  if (hasSrc) {
+  if (e.hasSource()) {
     f.push_back({"null source", LumErrNullPtr, nullSource});
     f.push_back({"null source, width 0", LumErrNullPtr, [](lumtable::Args& a, const Entry& en) {
                    nullSource(a, en);
@@ -215,38 +234,49 @@ std::vector<Fault> faultsFor(const Entry& e) {
   f.push_back({"width 0", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.width = 0; }});
   f.push_back({"height 0", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.height = 0; }});
   f.push_back({"width -5", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.width = -5; }});
+  if (e.minWidth > 1)
+    f.push_back({"width below the smallest", LumErrSize,
+                 [](lumtable::Args& a, const Entry& en) { a.roi.width = en.minWidth - 1; }});
+  if (e.minHeight > 1)
+    f.push_back({"height below the smallest", LumErrSize,
+                 [](lumtable::Args& a, const Entry& en) { a.roi.height = en.minHeight - 1; }});
   // A null plane: after the size in P2, with the pointers in P3 to P5.
   const LumStatus planeThenSize = p == Pattern::P2 ? LumErrSize : LumErrNullPtr;
-  if (srcArr) {
+  if (e.srcPlanes() > 1) {
     f.push_back({"null last source plane", LumErrNullPtr,
                  [](lumtable::Args& a, const Entry& en) { a.src[en.srcPlanes() - 1] = nullptr; }});
     f.push_back({"null source plane, width 0", planeThenSize, [](lumtable::Args& a, const Entry&) {
                    a.src[1] = nullptr;
-                   a.roi.width = 0; }});
+                   a.roi.width = 0;
+                 }});
   }
-  if (dstArr) {
+  if (e.dstPlanes() > 1) {
     f.push_back({"null last destination plane", LumErrNullPtr,
                  [](lumtable::Args& a, const Entry& en) { a.dst[en.dstPlanes() - 1] = nullptr; }});
-    f.push_back({"null destination plane, height 0", planeThenSize,
+    f.push_back({"null destination plane 1, height 0", planeThenSize,
                  [](lumtable::Args& a, const Entry&) {
-                   a.dst[0] = nullptr;
-                   a.roi.height = 0; }});
+                   a.dst[1] = nullptr;
+                   a.roi.height = 0;
+                 }});
   }
   if (p == Pattern::P4) {  // the step after the size
-    f.push_back({"source step 0", LumErrStep, [](lumtable::Args& a, const Entry&) { a.srcStep = 0; }});
-    f.push_back({"destination step -3", LumErrStep, [](lumtable::Args& a, const Entry&) { a.dstStep = -3; }});
+    f.push_back({"source step 0", LumErrStep, [](lumtable::Args& a, const Entry&) { a.srcSteps[0] = 0; }});
+    f.push_back({"destination step -3", LumErrStep,
+                 [](lumtable::Args& a, const Entry&) { a.dstSteps[0] = -3; }});
     f.push_back({"step 0, width 0", LumErrSize, [](lumtable::Args& a, const Entry&) {
-                   a.dstStep = 0;
-                   a.roi.width = 0; }});
+                   a.dstSteps[0] = 0;
+                   a.roi.width = 0;
+                 }});
   }
   if (p == Pattern::P5) {  // the step before the size, after the pointers
-    f.push_back({"source step 0", LumErrStep, [](lumtable::Args& a, const Entry&) { a.srcStep = 0; }});
+    f.push_back({"source step 0", LumErrStep, [](lumtable::Args& a, const Entry&) { a.srcSteps[0] = 0; }});
     f.push_back({"step 0, width 0", LumErrStep, [](lumtable::Args& a, const Entry&) {
-                   a.dstStep = 0;
-                   a.roi.width = 0; }});
+                   a.dstSteps[0] = 0;
+                   a.roi.width = 0;
+                 }});
     f.push_back({"null destination, step 0", LumErrNullPtr, [](lumtable::Args& a, const Entry& en) {
                    nullDestination(a, en);
-                   a.srcStep = 0;
+                   a.srcSteps[0] = 0;
                  }});
   }
   return f;
@@ -255,7 +285,7 @@ std::vector<Fault> faultsFor(const Entry& e) {
 TEST_P(Generic, FailedChecksWriteNothingAndComeInPatternOrder) {
   const Entry& e = *GetParam();
   std::mt19937 rng(9);
-  Call c(e, 21, 3, rng);
+  Call c(e, std::max(e.minWidth, 21), std::max(e.minHeight, 3), rng);
   const auto before = c.snapshots();
   for (const Fault& f : faultsFor(e)) {
     c.resetArgs();

@@ -13,34 +13,64 @@ namespace lum {
 // Signature shapes.  The argument order is always source, destination,
 // region, then the family's own parameters; each image gives its pointer
 // then its step (a byte count).
-//   A  pSrc, srcStep, pDst, dstStep, roiSize                 pixel order both sides
-//   B  pSrc, srcStep, pDst[n], dstStep, roiSize              pixel order to planes
-//   C  pSrc[n], srcStep, pDst, dstStep, roiSize              planes to pixel order
-//   D  pSrc[n], srcStep, pDst[n], dstStep, roiSize           planes to planes
-//   N  value, pDst, dstStep, roiSize                         a fill
+//   A  pSrc, srcStep, pDst, dstStep, roiSize                   pixel order both sides
+//   B  pSrc, srcStep, pDst[n], dstStep, roiSize                pixel order to planes
+//   C  pSrc[n], srcStep, pDst, dstStep, roiSize                planes to pixel order
+//   D  pSrc[n], srcStep, pDst[n], dstStep, roiSize             planes to planes
+//   E  pSrc, srcStep, pDst[3], dstStep[3], roiSize             a step for each plane
+//   F  pSrc[3], srcStep[3], pDst, dstStep, roiSize
+//   G  pSrc[3], srcStep, pDst[3], dstStep[3], roiSize
+//   H  pSrc[3], srcStep[3], pDst[3], dstStep, roiSize
+//   I  pSrc[3], srcStep[3], pDst[3], dstStep[3], roiSize
+//   J  pSrc, pDst[3] / pSrc[3], pDst / pSrc[3], pDst[3], roiSize: no steps,
+//      each derived from the width (packed images)
+//   L  pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, then a destination by the
+//      rules above (pixel order: pDst, dstStep; planes: pDst[3], dstStep[3])
+//   M  a source by the rules above, then pDstY, dstYStep, pDstCbCr,
+//      dstCbCrStep, roiSize
+//   N  value, pDst, dstStep, roiSize                           a fill
 // and the service shapes, which the image suites leave to their own tests:
 //   Stat      pSrc, srcStep, roiSize, pResult
 //   StatHint  pSrc, srcStep, roiSize, pResult, hint
-//   Other     allocation, identity, generator
-enum class Shape { A, B, C, D, N, Stat, StatHint, Other };
+enum class Shape { A, B, C, D, E, F, G, H, I, J, L, M, N, Stat, StatHint, Other };
 
-// Layouts of one side: samples a pixel, planes, and which samples belong to
-// the conversion.  An AC4 pixel's fourth sample is alpha, which a
+// Layouts of one side.  An AC4 pixel's fourth sample is alpha, which a
 // destination keeps as it was; a C4 destination has all four written; an
-// AP4 image's fourth plane is alpha, copied through.
-enum class Layout { C1, C3, AC4, C4, P3, AP4, None };
-struct LayoutInfo {
-  int samples;  // samples a pixel in one plane (pixel order) or 1 (planes)
-  int planes;   // 1 for pixel order
-};
-constexpr LayoutInfo layoutInfo(Layout l) {
-  return l == Layout::C1    ? LayoutInfo{1, 1}
-         : l == Layout::C3  ? LayoutInfo{3, 1}
-         : l == Layout::AC4 ? LayoutInfo{4, 1}
-         : l == Layout::C4  ? LayoutInfo{4, 1}
-         : l == Layout::P3  ? LayoutInfo{1, 3}
-         : l == Layout::AP4 ? LayoutInfo{1, 4}
-                            : LayoutInfo{0, 0};
+// AP4 image's fourth plane is alpha, copied through.  The subsampled layouts:
+// C2 (4:2:2 in pixel order, two bytes a pixel, a pair of pixels sharing one
+// chroma pair), P3_422 / P3_420 / P3_411 (three planes, chroma at half width,
+// half width and height, quarter width), P2_420 / P2_411 (a luma plane and
+// one plane of interleaved chroma pairs).
+enum class Layout { C1, C3, AC4, C4, P3, AP4, C2, P3_422, P3_420, P3_411, P2_420, P2_411, None };
+
+constexpr int ceilDiv(int a, int b) { return (a + b - 1) / b; }
+
+constexpr int planeCount(Layout l) {
+  return l == Layout::None ? 0
+         : (l == Layout::P3 || l == Layout::P3_422 || l == Layout::P3_420 || l == Layout::P3_411)
+             ? 3
+         : l == Layout::AP4                             ? 4
+         : (l == Layout::P2_420 || l == Layout::P2_411) ? 2
+                                                        : 1;
+}
+constexpr bool isPlanar(Layout l) { return planeCount(l) > 1; }
+// Samples in one row of plane p of a region of width w (chroma rounded up:
+// the buffers hold every partial cell).
+constexpr int planeRowSamples(Layout l, int p, int w) {
+  return l == Layout::C1                                ? w
+         : l == Layout::C3                              ? 3 * w
+         : (l == Layout::AC4 || l == Layout::C4)        ? 4 * w
+         : l == Layout::C2                              ? 4 * ceilDiv(w, 2)
+         : p == 0                                       ? w
+         : (l == Layout::P3_422 || l == Layout::P3_420) ? ceilDiv(w, 2)
+         : l == Layout::P3_411                          ? ceilDiv(w, 4)
+         : l == Layout::P2_420                          ? 2 * ceilDiv(w, 2)
+         : l == Layout::P2_411                          ? 2 * ceilDiv(w, 4)
+                                                        : w;
+}
+// Rows of plane p of a region of height h.
+constexpr int planeRows(Layout l, int p, int h) {
+  return p > 0 && (l == Layout::P3_420 || l == Layout::P2_420) ? ceilDiv(h, 2) : h;
 }
 
 // Check patterns: the order in which a public function tests its arguments

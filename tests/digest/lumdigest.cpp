@@ -102,23 +102,26 @@ uint32_t seedOf(lum::Shape s, LumSize sz) {
   }
 }
 void runEntry(const lumtable::Entry& e) {
-  const lum::LayoutInfo si = lum::layoutInfo(e.srcLayout), di = lum::layoutInfo(e.dstLayout);
   for (LumSize sz : kSizes) {
+    if (sz.width < e.minWidth || sz.height < e.minHeight) continue;
     Lcg g{seedOf(e.shape, sz)};
     // Each side in its own store, so that the vectors do not move the images.
     Images src, dst;
-    src.p8.reserve(4);
-    src.p16.reserve(4);
-    src.p32.reserve(4);
-    dst.p8.reserve(4);
-    dst.p16.reserve(4);
-    dst.p32.reserve(4);
+    for (Images* i : {&src, &dst}) {
+      i->p8.reserve(4);
+      i->p16.reserve(4);
+      i->p32.reserve(4);
+    }
     lumtable::Args a;
-    for (int p = 0; p < si.planes; ++p)
-      a.src[p] = src.add(e.srcElem, e.srcFloat, sz.width * si.samples, sz.height, g, true, &a.srcStep);
-    for (int p = 0; p < di.planes; ++p)
-      a.dst[p] = dst.add(e.dstElem, false, sz.width * di.samples, sz.height, g, false, &a.dstStep);
+    for (int p = 0; p < e.srcPlanes(); ++p)
+      a.src[p] = src.add(e.srcElem, e.srcFloat, lum::planeRowSamples(e.srcLayout, p, sz.width),
+                         e.srcRows(p, sz.height), g, true, &a.srcSteps[p]);
+    for (int p = 0; p < e.dstPlanes(); ++p)
+      a.dst[p] = dst.add(e.dstElem, false, lum::planeRowSamples(e.dstLayout, p, sz.width),
+                         e.dstRows(p, sz.height), g, false, &a.dstSteps[p]);
+    // A side with one step: its planes' steps are equal already (full planes).
     a.roi = sz;
+    a.fill = 0xC3;
     const int st = e.call(a);
     uint64_t h = 1469598103934665603ull;
     for (auto& i : dst.p8) h = fnv1a(i.buf.data(), i.buf.size(), h);

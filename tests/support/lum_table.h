@@ -1,8 +1,8 @@
 // The function table (src/frame/lum_functions.def) as a program sees it: one
 // entry per public function with its shape, element sizes, layouts, check
-// pattern, threading and a uniform way to call it.  Used by the generic test
-// suite, lumdigest and the benchmarks; it needs only the public header, so
-// it works against the shared library too.
+// pattern, threading, smallest region and a uniform way to call it.  Used by
+// the generic test suite, lumdigest and the benchmarks; it needs only the
+// public header, so it works against the shared library too.
 #ifndef LUM_TABLE_H
 #define LUM_TABLE_H
 
@@ -15,15 +15,17 @@
 
 namespace lumtable {
 
-// The arguments of one call of an image shape (A, B, C, D, N).  For pixel
-// order sides src[0] / dst[0] is the image; for planes src / dst hold the
-// plane pointers, and srcArray / dstArray is the array passed (nullptr
-// passes a null array).  fill is the value of shape N.
+// The arguments of one call of an image shape.  src[p] / dst[p] are the
+// planes (or the one image), srcSteps[p] / dstSteps[p] their steps; a shape
+// with one step a side passes element 0, a shape without steps none.  With
+// srcArrayNull / dstArrayNull a null array is passed where the shape takes
+// an array.  fill is the value of shape N.
 struct Args {
   const void* src[4] = {};
   void* dst[4] = {};
+  int srcSteps[4] = {};
+  int dstSteps[4] = {};
   bool srcArrayNull = false, dstArrayNull = false;
-  int srcStep = 0, dstStep = 0;
   LumSize roi{0, 0};
   unsigned fill = 0;
 };
@@ -39,14 +41,25 @@ struct Entry {
   lum::Layout srcLayout, dstLayout;
   lum::Pattern pattern;
   lum::Threading threading;
-  Invoke call;  // nullptr for the service shapes
+  int minWidth, minHeight;  // the smallest region the function converts
+  Invoke call;              // nullptr for the service shapes
 
   bool isImage() const { return call != nullptr; }
-  // Bytes of one row of `width` pixels in one plane of a side.
-  int srcRowBytes(int width) const { return width * lum::layoutInfo(srcLayout).samples * srcElem; }
-  int dstRowBytes(int width) const { return width * lum::layoutInfo(dstLayout).samples * dstElem; }
-  int srcPlanes() const { return lum::layoutInfo(srcLayout).planes; }
-  int dstPlanes() const { return lum::layoutInfo(dstLayout).planes; }
+  bool hasSource() const { return shape != lum::Shape::N; }
+  int srcPlanes() const { return hasSource() ? lum::planeCount(srcLayout) : 0; }
+  int dstPlanes() const { return lum::planeCount(dstLayout); }
+  // Bytes of one row of plane p for a region of width w; rows for height h.
+  int srcRowBytes(int p, int w) const { return lum::planeRowSamples(srcLayout, p, w) * srcElem; }
+  int dstRowBytes(int p, int w) const { return lum::planeRowSamples(dstLayout, p, w) * dstElem; }
+  int srcRows(int p, int h) const { return lum::planeRows(srcLayout, p, h); }
+  int dstRows(int p, int h) const { return lum::planeRows(dstLayout, p, h); }
+  // Whether a side is passed as an array of plane pointers.
+  bool srcIsArray() const;
+  bool dstIsArray() const;
+  // Steps: none (shape J), one a side, or one a plane.
+  bool hasSteps() const { return shape != lum::Shape::J; }
+  bool srcStepPerPlane() const;
+  bool dstStepPerPlane() const;
 };
 
 // Every public function of the table, in the table's order.
