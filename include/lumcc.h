@@ -280,6 +280,41 @@ LUM_API LumStatus lumiYUVToRGB_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep,
                                         int dstStep, LumSize roiSize);
 /* END SECTION yuv444 */
 
+/* BEGIN SECTION ycbcr444 (RGB and YCbCr 4:4:4) */
+/*
+ * RGB and YCbCr 4:4:4, 8u, BT.601 studio range: Y 16..235, Cb and Cr
+ * 16..240 around 128.  Pixel order R,G,B and Y,Cb,Cr; plane arrays in the
+ * same order.  Each kernel has its own fixed-point arithmetic: the first
+ * pixels of each row (the block part) and the rest (the tail) may differ by
+ * one level.  Block parts: RGBToYCbCr C3 width & ~7, P3 width & ~15;
+ * YCbCrToRGB C3 and P3 width & ~3, P3C3 width & ~7; the AC4 forms have none.
+ * Examples: white gives Y,Cb,Cr = 234,127,127 in the C3 block part and
+ * 235,128,128 elsewhere; black gives 16,128,128 everywhere; Y 235 with
+ * neutral chroma gives 254,254,254 (255,255,255 in the P3C3 block part).
+ * C3/AC4 forms (shape A): pSrc or pDst null -> LumErrNullPtr; width or
+ * height below 1 -> LumErrSize.  The AC4 forms write the three colour
+ * bytes of each pixel and leave the fourth byte as it was (not read from
+ * the source, not written).
+ * P3 forms: the arrays null -> LumErrNullPtr; then size -> LumErrSize;
+ * then each plane pointer, source first -> LumErrNullPtr.  The planes of
+ * one image share one step.  Steps are not checked.  Calling thread only.
+ */
+LUM_API LumStatus lumiRGBToYCbCr_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                        LumSize roiSize);
+LUM_API LumStatus lumiRGBToYCbCr_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToYCbCr_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
+                                        Lum8u* const pDst[3], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                        LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
+                                        Lum8u* const pDst[3], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
+                                          int dstStep, LumSize roiSize);
+/* END SECTION ycbcr444 */
+
 /* BEGIN SECTION hsv (RGB and HSV) */
 /*
  * RGB and HSV, 8u and 16u, pixel order R,G,B (C3) or R,G,B,A (AC4); an HSV

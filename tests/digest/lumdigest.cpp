@@ -166,6 +166,15 @@ void all() {
   run<Lum8u>("lumiYUVToRGB_8u_AC4R", lumiYUVToRGB_8u_AC4R, 4, 4);
   runPP("lumiYUVToRGB_8u_P3R", lumiYUVToRGB_8u_P3R, 3, 3);
   runPC("lumiYUVToRGB_8u_P3C3R", lumiYUVToRGB_8u_P3C3R, 3, 3);
+  // BEGIN ycbcr444: RGB and YCbCr 4:4:4.
+  run<Lum8u>("lumiRGBToYCbCr_8u_C3R", lumiRGBToYCbCr_8u_C3R, 3, 3);
+  run<Lum8u>("lumiRGBToYCbCr_8u_AC4R", lumiRGBToYCbCr_8u_AC4R, 4, 4);
+  runPP("lumiRGBToYCbCr_8u_P3R", lumiRGBToYCbCr_8u_P3R, 3, 3);
+  run<Lum8u>("lumiYCbCrToRGB_8u_C3R", lumiYCbCrToRGB_8u_C3R, 3, 3);
+  run<Lum8u>("lumiYCbCrToRGB_8u_AC4R", lumiYCbCrToRGB_8u_AC4R, 4, 4);
+  runPP("lumiYCbCrToRGB_8u_P3R", lumiYCbCrToRGB_8u_P3R, 3, 3);
+  runPC("lumiYCbCrToRGB_8u_P3C3R", lumiYCbCrToRGB_8u_P3C3R, 3, 3);
+  // END ycbcr444
   // HSV.
   run<Lum8u>("lumiRGBToHSV_8u_C3R", lumiRGBToHSV_8u_C3R, 3, 3);
   run<Lum8u>("lumiHSVToRGB_8u_C3R", lumiHSVToRGB_8u_C3R, 3, 3);
