@@ -124,6 +124,72 @@ void runCP(const char* name, LumStatus (*f)(const Lum8u*, int, Lum8u* const*, in
   }
 }
 
+// BEGIN yuvsub: planes of their own sizes and steps (4:2:2, 4:2:0), and
+// packed planes for the forms without steps.
+struct PlaneDims {
+  int rowBytes[3], rows[3], n;
+};
+PlaneDims dimsC(int w, int h, int bpp) { return {{bpp * w}, {h}, 1}; }
+PlaneDims dimsFull(int w, int h) { return {{w, w, w}, {h, h, h}, 3}; }
+PlaneDims dims422(int w, int h) { return {{w, (w + 1) / 2, (w + 1) / 2}, {h, h, h}, 3}; }
+PlaneDims dims420(int w, int h) { return {{w, w / 2, w / 2}, {h, h / 2, h / 2}, 3}; }
+struct SubSide {
+  std::vector<Img<Lum8u>> planes;
+  const Lum8u* c[3] = {};
+  Lum8u* m[3] = {};
+  int steps[3] = {};
+  SubSide(const PlaneDims& d, bool packed, Lcg& g, bool random) {
+    for (int i = 0; i < d.n; ++i)
+      planes.emplace_back(packed ? d.rowBytes[i] * d.rows[i] : d.rowBytes[i], packed ? 1 : d.rows[i],
+                          g, random);
+    for (int i = 0; i < d.n; ++i) {
+      c[i] = m[i] = planes[i].buf.data();
+      steps[i] = packed ? d.rowBytes[i] : planes[i].stepBytes;
+    }
+  }
+  uint64_t hash() const {
+    uint64_t h = 1469598103934665603ull;
+    for (const auto& p : planes) h = fnv1a(p.buf.data(), p.buf.size(), h);
+    return h;
+  }
+};
+template <class Call>
+void runSub(const char* name, PlaneDims (*src)(int, int), PlaneDims (*dst)(int, int), bool packed,
+            Call call) {
+  for (LumSize sz : kSizes) {
+    Lcg g{static_cast<uint32_t>(sz.width * 37 + sz.height)};
+    SubSide s(src(sz.width, sz.height), packed, g, true), d(dst(sz.width, sz.height), packed, g, false);
+    emit(name, sz, call(s, d, sz), d.hash());
+  }
+}
+PlaneDims dimsC3(int w, int h) { return dimsC(w, h, 3); }
+PlaneDims dimsC2(int w, int h) { return dimsC(w, h, 2); }
+PlaneDims dimsAC4(int w, int h) { return dimsC(w, h, 4); }
+void yuvsub() {
+  using S = SubSide;
+  runSub("lumiRGBToYUV422_8u_C3C2R", dimsC3, dimsC2, false, [](S& s, S& d, LumSize r) { return lumiRGBToYUV422_8u_C3C2R(s.c[0], s.steps[0], d.m[0], d.steps[0], r); });
+  runSub("lumiRGBToYUV422_8u_C3P3R", dimsC3, dims422, false, [](S& s, S& d, LumSize r) { return lumiRGBToYUV422_8u_C3P3R(s.c[0], s.steps[0], d.m, d.steps, r); });
+  runSub("lumiRGBToYUV422_8u_P3R", dimsFull, dims422, false, [](S& s, S& d, LumSize r) { return lumiRGBToYUV422_8u_P3R(s.c, s.steps[0], d.m, d.steps, r); });
+  runSub("lumiRGBToYUV422_8u_C3P3", dimsC3, dims422, true, [](S& s, S& d, LumSize r) { return lumiRGBToYUV422_8u_C3P3(s.c[0], d.m, r); });
+  runSub("lumiRGBToYUV422_8u_P3", dimsFull, dims422, true, [](S& s, S& d, LumSize r) { return lumiRGBToYUV422_8u_P3(s.c, d.m, r); });
+  runSub("lumiYUV422ToRGB_8u_C2C3R", dimsC2, dimsC3, false, [](S& s, S& d, LumSize r) { return lumiYUV422ToRGB_8u_C2C3R(s.c[0], s.steps[0], d.m[0], d.steps[0], r); });
+  runSub("lumiYUV422ToRGB_8u_P3C3R", dims422, dimsC3, false, [](S& s, S& d, LumSize r) { return lumiYUV422ToRGB_8u_P3C3R(s.c, s.steps, d.m[0], d.steps[0], r); });
+  runSub("lumiYUV422ToRGB_8u_P3R", dims422, dimsFull, false, [](S& s, S& d, LumSize r) { return lumiYUV422ToRGB_8u_P3R(s.c, s.steps, d.m, d.steps[0], r); });
+  runSub("lumiYUV422ToRGB_8u_P3AC4R", dims422, dimsAC4, false, [](S& s, S& d, LumSize r) { return lumiYUV422ToRGB_8u_P3AC4R(s.c, s.steps, d.m[0], d.steps[0], r); });
+  runSub("lumiYUV422ToRGB_8u_P3C3", dims422, dimsC3, true, [](S& s, S& d, LumSize r) { return lumiYUV422ToRGB_8u_P3C3(s.c, d.m[0], r); });
+  runSub("lumiYUV422ToRGB_8u_P3", dims422, dimsFull, true, [](S& s, S& d, LumSize r) { return lumiYUV422ToRGB_8u_P3(s.c, d.m, r); });
+  runSub("lumiRGBToYUV420_8u_C3P3R", dimsC3, dims420, false, [](S& s, S& d, LumSize r) { return lumiRGBToYUV420_8u_C3P3R(s.c[0], s.steps[0], d.m, d.steps, r); });
+  runSub("lumiRGBToYUV420_8u_P3R", dimsFull, dims420, false, [](S& s, S& d, LumSize r) { return lumiRGBToYUV420_8u_P3R(s.c, s.steps, d.m, d.steps, r); });
+  runSub("lumiRGBToYUV420_8u_C3P3", dimsC3, dims420, true, [](S& s, S& d, LumSize r) { return lumiRGBToYUV420_8u_C3P3(s.c[0], d.m, r); });
+  runSub("lumiRGBToYUV420_8u_P3", dimsFull, dims420, true, [](S& s, S& d, LumSize r) { return lumiRGBToYUV420_8u_P3(s.c, d.m, r); });
+  runSub("lumiYUV420ToRGB_8u_P3C3R", dims420, dimsC3, false, [](S& s, S& d, LumSize r) { return lumiYUV420ToRGB_8u_P3C3R(s.c, s.steps, d.m[0], d.steps[0], r); });
+  runSub("lumiYUV420ToRGB_8u_P3R", dims420, dimsFull, false, [](S& s, S& d, LumSize r) { return lumiYUV420ToRGB_8u_P3R(s.c, s.steps, d.m, d.steps, r); });
+  runSub("lumiYUV420ToRGB_8u_P3AC4R", dims420, dimsAC4, false, [](S& s, S& d, LumSize r) { return lumiYUV420ToRGB_8u_P3AC4R(s.c, s.steps, d.m[0], d.steps[0], r); });
+  runSub("lumiYUV420ToRGB_8u_P3C3", dims420, dimsC3, true, [](S& s, S& d, LumSize r) { return lumiYUV420ToRGB_8u_P3C3(s.c, d.m[0], r); });
+  runSub("lumiYUV420ToRGB_8u_P3", dims420, dimsFull, true, [](S& s, S& d, LumSize r) { return lumiYUV420ToRGB_8u_P3(s.c, d.m, r); });
+}
+// END yuvsub
+
 void services() {
   for (LumSize sz : kSizes) {
     Lcg g{static_cast<uint32_t>(sz.width * 29 + sz.height)};
@@ -175,6 +241,7 @@ void all() {
   runPP("lumiYCbCrToRGB_8u_P3R", lumiYCbCrToRGB_8u_P3R, 3, 3);
   runPC("lumiYCbCrToRGB_8u_P3C3R", lumiYCbCrToRGB_8u_P3C3R, 3, 3);
   // END ycbcr444
+  yuvsub();  // RGB and YUV 4:2:2 and 4:2:0 (BEGIN/END yuvsub above)
   // HSV.
   run<Lum8u>("lumiRGBToHSV_8u_C3R", lumiRGBToHSV_8u_C3R, 3, 3);
   run<Lum8u>("lumiHSVToRGB_8u_C3R", lumiHSVToRGB_8u_C3R, 3, 3);
