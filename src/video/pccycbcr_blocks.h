@@ -15,27 +15,29 @@ using namespace lum;
 using namespace lum::ycbcr;
 
 // B on 8 pixels in 16-bit lanes (scalar: formBChan).  pmaddwd forms
-// c0 R + c1 G in one 32-bit lane and c2 B in another; each is shifted by 11,
-// the sum by 4, then d is added; the packs clamp.
-inline __m128i formBVec(__m128i R, __m128i G, __m128i B, FormBRow k) {
+// c0 R + c1 G in 32-bit lanes, shifted by 11 and packed; (c2 B) >> 11 is the
+// high half of (32 B) * c2, exact since 32 B and c2 fit 16 bits.  Then the
+// shift by 4 and d; the final pack clamps.  rg[0], rg[1]: R and G unpacked
+// in pairs (pixels 0-3, 4-7); b32: 32 B.
+inline __m128i formBVec(const __m128i rg[2], __m128i b32, FormBRow k) {
   const __m128i kRG = _mm_set1_epi32(static_cast<int>((static_cast<uint32_t>(k.c1) << 16) |
                                                       (static_cast<uint32_t>(k.c0) & 0xffffu)));
-  const __m128i kB = _mm_set1_epi32(k.c2 & 0xffff);
-  const __m128i z = _mm_setzero_si128(), d = _mm_set1_epi32(k.d);
-  auto half = [&](__m128i rg, __m128i b0) {
-    const __m128i s = _mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(rg, kRG), 11),
-                                    _mm_srai_epi32(_mm_madd_epi16(b0, kB), 11));
-    return _mm_add_epi32(_mm_srai_epi32(s, 4), d);
-  };
-  return vPackS32S16(half(_mm_unpacklo_epi16(R, G), _mm_unpacklo_epi16(B, z)),
-                     half(_mm_unpackhi_epi16(R, G), _mm_unpackhi_epi16(B, z)));
+  const __m128i s = vPackS32S16(_mm_srai_epi32(_mm_madd_epi16(rg[0], kRG), 11),
+                                _mm_srai_epi32(_mm_madd_epi16(rg[1], kRG), 11));
+  return _mm_add_epi16(_mm_srai_epi16(_mm_add_epi16(s, vHs(b32, vset16(k.c2))), 4), vset16(k.d));
+}
+inline void formBx8(__m128i R, __m128i G, __m128i B, __m128i o[3]) {
+  const __m128i rg[2] = {_mm_unpacklo_epi16(R, G), _mm_unpackhi_epi16(R, G)};
+  const __m128i b32 = _mm_slli_epi16(B, 5);
+  o[0] = formBVec(rg, b32, kFormBY);
+  o[1] = formBVec(rg, b32, kFormBCb);
+  o[2] = formBVec(rg, b32, kFormBCr);
 }
 inline void formBx16(const __m128i in[3], __m128i out[3]) {
-  const __m128i Rl = lo8to16(in[0]), Gl = lo8to16(in[1]), Bl = lo8to16(in[2]);
-  const __m128i Rh = hi8to16(in[0]), Gh = hi8to16(in[1]), Bh = hi8to16(in[2]);
-  out[0] = vPackS16U8(formBVec(Rl, Gl, Bl, kFormBY), formBVec(Rh, Gh, Bh, kFormBY));
-  out[1] = vPackS16U8(formBVec(Rl, Gl, Bl, kFormBCb), formBVec(Rh, Gh, Bh, kFormBCb));
-  out[2] = vPackS16U8(formBVec(Rl, Gl, Bl, kFormBCr), formBVec(Rh, Gh, Bh, kFormBCr));
+  __m128i lo[3], hi[3];
+  formBx8(lo8to16(in[0]), lo8to16(in[1]), lo8to16(in[2]), lo);
+  formBx8(hi8to16(in[0]), hi8to16(in[1]), hi8to16(in[2]), hi);
+  for (int k = 0; k < 3; ++k) out[k] = vPackS16U8(lo[k], hi[k]);
 }
 
 // C on 8 pixels in 16-bit lanes (scalar: formCY, formCChroma).
@@ -128,12 +130,24 @@ inline void storePlane(Lum8u* p, __m128i v, int n) {
   memcpy(p, &s, 4);
 }
 
-// Block loops over [0, end) in rounds of 16 pixels, then at most one of 8
-// and one of 4 (end is a multiple of the kernel's block).  Fn is a 16-pixel
+// Block loops over [0, end) in rounds of 32 pixels (pixel-order sides),
+// then 16, then at most one of 8 and one of 4 (end is a multiple of the
+// kernel's block; the formula is per pixel, so only end matters).  Fn is a 16-pixel
 // step on byte registers.  Each returns end.
+// Rounds of 32 pixels go through the six-register network at full width.
 template <class Fn>
 inline int blockC3toC3(const Lum8u* s, Lum8u* d, int end, Fn fn) {
   int x = 0;
+  for (; x + 32 <= end; x += 32) {
+    Planes8x32 p = deinterleave3x32(s + 3 * x), q;
+    for (int h = 0; h < 2; ++h) {
+      const __m128i in[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
+      __m128i out[3];
+      fn(in, out);
+      for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
+    }
+    interleave3x32(q, d + 3 * x);
+  }
   for (int n = 16; n >= 4; n >>= 1)
     for (; x + n <= end; x += n) {
       __m128i in[3], out[3];
@@ -159,6 +173,17 @@ inline int blockP3toP3(const Lum8u* const s[3], Lum8u* const d[3], int end, Fn f
 template <class Fn>
 inline int blockP3toC3(const Lum8u* const s[3], Lum8u* d, int end, Fn fn) {
   int x = 0;
+  for (; x + 32 <= end; x += 32) {
+    Planes8x32 q;
+    for (int h = 0; h < 2; ++h) {
+      const int o = x + 16 * h;
+      const __m128i in[3] = {loadu(s[0] + o), loadu(s[1] + o), loadu(s[2] + o)};
+      __m128i out[3];
+      fn(in, out);
+      for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
+    }
+    interleave3x32(q, d + 3 * x);
+  }
   for (int n = 16; n >= 4; n >>= 1)
     for (; x + n <= end; x += n) {
       const __m128i in[3] = {loadPlane(s[0] + x, n), loadPlane(s[1] + x, n),

@@ -33,6 +33,35 @@ inline void px3(const Lum8u* p, int x, int out[3]) {
   out[2] = p[3 * x + 2];
 }
 
+// Stores of three results for 16 pixels (operator()) or 32 pixels
+// (store32): pixel order, or three planes; the 4:2:0 forms take a pair of
+// them, one per row.
+struct StoreC3 {
+  Lum8u* d;
+  void operator()(int x, const __m128i* out) const { interleave3x16(out, d + 3 * x); }
+  void store32(int x, const __m128i* a, const __m128i* b) const {
+    interleave3x32(Planes8x32{{{a[0], b[0]}, {a[1], b[1]}, {a[2], b[2]}}}, d + 3 * x);
+  }
+};
+struct StoreP3 {
+  Lum8u *r, *g, *b;
+  void operator()(int x, const __m128i* out) const {
+    storeu(r + x, out[0]);
+    storeu(g + x, out[1]);
+    storeu(b + x, out[2]);
+  }
+  void store32(int x, const __m128i* a, const __m128i* c) const {
+    (*this)(x, a);
+    (*this)(x + 16, c);
+  }
+};
+template <class Row>
+struct StoreRows {
+  Row rows[2];
+  void operator()(int r, int x, const __m128i* out) const { rows[r](x, out); }
+  void store32(int r, int x, const __m128i* a, const __m128i* b) const { rows[r].store32(x, a, b); }
+};
+
 // ---------------------------------------------------------------------------
 // SSE2 block loops over [0, end).
 
@@ -40,6 +69,11 @@ inline void px3(const Lum8u* p, int x, int out[3]) {
 template <class Store>
 int blockRGBToYUV422_T1_sse2(const Lum8u* pSrc, int end, Store store) {
   int x = 0;
+  for (; x + 32 <= end; x += 32) {
+    const Planes8x32 p = deinterleave3x32(pSrc + 3 * x);
+    store(x, fwd422T1x16(p.c[0][0], p.c[1][0], p.c[2][0]));
+    store(x + 16, fwd422T1x16(p.c[0][1], p.c[1][1], p.c[2][1]));
+  }
   for (; x < end; x += 16) {
     __m128i c[3];
     deinterleave3x16(pSrc + 3 * x, c);
@@ -74,15 +108,26 @@ int blockRGBToYUV422_P3_sse2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, 
   return x;
 }
 
+// I1 on 16 pixels of C2 bytes (32 bytes).
+inline void i1C2x16(const Lum8u* s, __m128i out[3]) {
+  __m128i lo[3], hi[3], Y, U, V;
+  splitC2x8(loadu(s), Y, U, V);
+  i1Vec(Y, U, V, lo);
+  splitC2x8(loadu(s + 16), Y, U, V);
+  i1Vec(Y, U, V, hi);
+  for (int k = 0; k < 3; ++k) out[k] = vPackS16U8(lo[k], hi[k]);
+}
 int blockYUV422ToRGB_C2C3_sse2(const Lum8u* pSrc, Lum8u* pDst, int end) {
   int x = 0;
+  for (; x + 32 <= end; x += 32) {
+    __m128i a[3], b[3];
+    i1C2x16(pSrc + 2 * x, a);
+    i1C2x16(pSrc + 2 * x + 32, b);
+    interleave3x32(Planes8x32{{{a[0], b[0]}, {a[1], b[1]}, {a[2], b[2]}}}, pDst + 3 * x);
+  }
   for (; x < end; x += 16) {
-    __m128i lo[3], hi[3], out[3], Y, U, V;
-    splitC2x8(loadu(pSrc + 2 * x), Y, U, V);
-    i1Vec(Y, U, V, lo);
-    splitC2x8(loadu(pSrc + 2 * x + 16), Y, U, V);
-    i1Vec(Y, U, V, hi);
-    for (int k = 0; k < 3; ++k) out[k] = vPackS16U8(lo[k], hi[k]);
+    __m128i out[3];
+    i1C2x16(pSrc + 2 * x, out);
     interleave3x16(out, pDst + 3 * x);
   }
   return x;
@@ -92,6 +137,13 @@ template <class Store>
 int blockYUV422ToRGB_I1_sse2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, int end,
                              Store store) {
   int x = 0;
+  for (; x + 32 <= end; x += 32) {
+    const __m128i u = loadu(pU + x / 2), v = loadu(pV + x / 2);
+    __m128i a[3], b[3];
+    inverseX16<i1Vec>(loadu(pY + x), replicate8(u), replicate8(v), a);
+    inverseX16<i1Vec>(loadu(pY + x + 16), _mm_unpackhi_epi8(u, u), _mm_unpackhi_epi8(v, v), b);
+    store.store32(x, a, b);
+  }
   for (; x < end; x += 16) {
     __m128i out[3];
     inverseX16<i1Vec>(loadu(pY + x), replicate8(loadl64(pU + x / 2)),
@@ -123,6 +175,19 @@ int blockYUV422ToRGB_AC4_sse2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV,
 int blockRGBToYUV420_C3P3_sse2(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
                                Lum8u* pU, Lum8u* pV, int endCells) {
   int c = 0;
+  for (; c + 16 <= endCells; c += 16) {
+    const int x = 2 * c;
+    const Planes8x32 a = deinterleave3x32(pRow0 + 3 * x), b = deinterleave3x32(pRow1 + 3 * x);
+    for (int h = 0; h < 2; ++h) {
+      const __m128i R[2] = {a.c[0][h], b.c[0][h]}, G[2] = {a.c[1][h], b.c[1][h]};
+      const __m128i B[2] = {a.c[2][h], b.c[2][h]};
+      const Fwd420 f = fwd420x8<Cells420T1>(R, G, B);
+      storeu(pY0 + x + 16 * h, f.y0);
+      storeu(pY1 + x + 16 * h, f.y1);
+      storel64(pU + c + 8 * h, f.u);
+      storel64(pV + c + 8 * h, f.v);
+    }
+  }
   for (; c < endCells; c += 8) {
     const int x = 2 * c;
     __m128i a[3], b[3];
@@ -160,6 +225,18 @@ template <class Store>
 int blockYUV420ToRGB_I1_sse2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                              const Lum8u* pV, int endCells, Store store) {
   int c = 0;
+  for (; c + 16 <= endCells; c += 16) {
+    const __m128i u = loadu(pU + c), v = loadu(pV + c);
+    const __m128i Ulo = replicate8(u), Vlo = replicate8(v);
+    const __m128i Uhi = _mm_unpackhi_epi8(u, u), Vhi = _mm_unpackhi_epi8(v, v);
+    const Lum8u* const yRows[2] = {pY0, pY1};
+    for (int r = 0; r < 2; ++r) {
+      __m128i a[3], b[3];
+      inverseX16<i1Vec>(loadu(yRows[r] + 2 * c), Ulo, Vlo, a);
+      inverseX16<i1Vec>(loadu(yRows[r] + 2 * c + 16), Uhi, Vhi, b);
+      store.store32(r, 2 * c, a, b);
+    }
+  }
   for (; c < endCells; c += 8) {
     const __m128i U = replicate8(loadl64(pU + c)), V = replicate8(loadl64(pV + c));
     __m128i out[3];
@@ -190,20 +267,6 @@ int blockYUV420ToRGB_AC4_sse2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* p
   }
   return c;
 }
-
-// Stores of three results for 16 pixels: pixel order, or three planes.
-struct StoreC3 {
-  Lum8u* d;
-  void operator()(int x, const __m128i* out) const { interleave3x16(out, d + 3 * x); }
-};
-struct StoreP3 {
-  Lum8u *r, *g, *b;
-  void operator()(int x, const __m128i* out) const {
-    storeu(r + x, out[0]);
-    storeu(g + x, out[1]);
-    storeu(b + x, out[2]);
-  }
-};
 
 // Three plane results of a scalar form into planes.
 inline void putP3(const uint8_t rgb[3], Lum8u* pR, Lum8u* pG, Lum8u* pB, int x) {
@@ -365,11 +428,8 @@ void innerRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, 
 // I1 on all cells.
 void innerYUV420ToRGB_8u_P3C3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells) {
-  Lum8u* const dRows[2] = {pRow0, pRow1};
   int c = blockYUV420ToRGB_I1_sse2(pY0, pY1, pU, pV, cells & ~(kBlockYUV420ToRGB_Cells - 1),
-                                   [&](int r, int x, const __m128i* out) {
-                                     interleave3x16(out, dRows[r] + 3 * x);
-                                   });
+                                   StoreRows<StoreC3>{{{pRow0}, {pRow1}}});
   for (; c < cells; ++c)
     for (int x = 2 * c; x < 2 * c + 2; ++x) {
       i1(pY0[x], pU[c], pV[c], pRow0 + 3 * x);
@@ -399,7 +459,7 @@ void innerYUV420ToRGB_8u_P3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU
   const StoreP3 rows[2] = {{pR, pG, pB},
                            {rowPtr(pR, 1, dstStep), rowPtr(pG, 1, dstStep), rowPtr(pB, 1, dstStep)}};
   int c = blockYUV420ToRGB_I1_sse2(pY0, pY1, pU, pV, cells & ~(kBlockYUV420ToRGB_Cells - 1),
-                                   [&](int r, int x, const __m128i* out) { rows[r](x, out); });
+                                   StoreRows<StoreP3>{{rows[0], rows[1]}});
   const Lum8u* const yRows[2] = {pY0, pY1};
   for (; c < cells; ++c)
     for (int r = 0; r < 2; ++r)
