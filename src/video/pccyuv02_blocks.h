@@ -22,17 +22,14 @@ inline __m128i pairSum32(__m128i w) { return _mm_madd_epi16(w, vset16(1)); }
 inline __m128i w10Lo(__m128i b) { return _mm_srli_epi16(_mm_unpacklo_epi8(b, b), 6); }
 inline __m128i w10Hi(__m128i b) { return _mm_srli_epi16(_mm_unpackhi_epi8(b, b), 6); }
 
-// T1 on 8 pixels (scalar: t1): pmaddwd forms 9798 R + 19235 G and 3736 B in
-// 32-bit lanes, each shifted by 14.
+// T1 on 8 pixels (scalar: t1): pmaddwd forms 9798 R + 19235 G in 32-bit
+// lanes, shifted by 14; (3736 B) >> 14 is the high half of (4 B) * 3736,
+// exact since 4 B and 3736 fit 16 bits.
 inline __m128i t1Vec(__m128i R, __m128i G, __m128i B) {
-  const __m128i kRG = _mm_set1_epi32((19235 << 16) | 9798), kB = _mm_set1_epi32(3736);
-  const __m128i z = _mm_setzero_si128();
-  auto half = [&](__m128i rg, __m128i b0) {
-    return _mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(rg, kRG), 14),
-                         _mm_srai_epi32(_mm_madd_epi16(b0, kB), 14));
-  };
-  return _mm_packs_epi32(half(_mm_unpacklo_epi16(R, G), _mm_unpacklo_epi16(B, z)),
-                         half(_mm_unpackhi_epi16(R, G), _mm_unpackhi_epi16(B, z)));
+  const __m128i kRG = _mm_set1_epi32((19235 << 16) | 9798);
+  const __m128i rg = vPackS32S16(_mm_srai_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(R, G), kRG), 14),
+                                 _mm_srai_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(R, G), kRG), 14));
+  return _mm_add_epi16(rg, vHs(_mm_slli_epi16(B, 2), vset16(3736)));
 }
 // T3 on 8 pixels of 10-bit values (scalar: t3).
 inline __m128i t3Vec(__m128i wR, __m128i wG, __m128i wB) {
@@ -108,15 +105,18 @@ template <class Policy>
 inline Fwd420 fwd420x8(const __m128i R[2], const __m128i G[2], const __m128i B[2]) {
   __m128i T[2][2], dB[2], dR[2];
   for (int h = 0; h < 2; ++h) {
-    __m128i sumT = _mm_setzero_si128(), sumB = sumT, sumR = sumT;
+    // Column sums of the two rows fit 16 bits (at most 2 * 1023); the pair
+    // sums of those are the cell sums.
+    __m128i colT = _mm_setzero_si128(), colB = colT, colR = colT;
     for (int row = 0; row < 2; ++row) {
       const __m128i Rw = Policy::widen(R[row], h), Gw = Policy::widen(G[row], h);
       const __m128i Bw = Policy::widen(B[row], h);
       T[row][h] = Policy::T(Rw, Gw, Bw);
-      sumT = _mm_add_epi32(sumT, pairSum32(T[row][h]));
-      sumB = _mm_add_epi32(sumB, pairSum32(Bw));
-      sumR = _mm_add_epi32(sumR, pairSum32(Rw));
+      colT = _mm_add_epi16(colT, T[row][h]);
+      colB = _mm_add_epi16(colB, Bw);
+      colR = _mm_add_epi16(colR, Rw);
     }
+    const __m128i sumT = pairSum32(colT), sumB = pairSum32(colB), sumR = pairSum32(colR);
     const __m128i S = _mm_srai_epi32(sumT, 2);
     dB[h] = _mm_sub_epi32(_mm_srai_epi32(sumB, Policy::kSumShift), S);
     dR[h] = _mm_sub_epi32(_mm_srai_epi32(sumR, Policy::kSumShift), S);
