@@ -1,5 +1,5 @@
 // RGB and YUV 4:2:2 and 4:2:0: every public function against a model built
-// from the scalar forms and the text's rules for where each formula holds
+// from the scalar forms and the rules for where each formula holds
 // (pairs, cells, odd last pixels, block boundaries counted from each row's
 // start, the whole-image path of the forms without steps), at every width
 // from 1 to 70 and some wide ones, odd heights, guard bytes around every
@@ -44,7 +44,8 @@ std::vector<Dim> dims422(int w, int h) { return {{w, h}, {(w + 1) / 2, h}, {(w +
 std::vector<Dim> dims420(int w, int h) { return {{w, h}, {w / 2, h / 2}, {w / 2, h / 2}}; }
 
 // ---------------------------------------------------------------------------
-// The model: one row (4:2:2) or row pair (4:2:0) by the text's table.
+// The model: one row (4:2:2) or row pair (4:2:0), by the table of which
+// formula runs where.
 
 void pix(const uint8_t* p, int out[3]) { out[0] = p[0], out[1] = p[1], out[2] = p[2]; }
 
@@ -423,7 +424,7 @@ INSTANTIATE_TEST_SUITE_P(AllTwenty, YuvSub, ::testing::ValuesIn(allOps()),
                          [](const ::testing::TestParamInfo<Op>& i) { return i.param.name; });
 
 // ---------------------------------------------------------------------------
-// Worked values and edge cases the text states.
+// Worked values and the documented edge cases.
 
 TEST(YuvSubWorked, C3C2WidthOneWritesYAndUOnly) {
   GuardedImage src(3, 2, 5, 3), dst(2, 2, 7, 9);
