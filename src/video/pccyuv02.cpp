@@ -110,11 +110,11 @@ int blockRGBToYUV422_P3_sse2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, 
 
 // I1 on 16 pixels of C2 bytes (32 bytes).
 inline void i1C2x16(const Lum8u* s, __m128i out[3]) {
-  __m128i lo[3], hi[3], Y, U, V;
-  splitC2x8(loadu(s), Y, U, V);
-  i1Vec(Y, U, V, lo);
-  splitC2x8(loadu(s + 16), Y, U, V);
-  i1Vec(Y, U, V, hi);
+  __m128i Y[2], U, V, lo[3], hi[3];
+  splitC2x16(s, Y, U, V);
+  const I1Terms t = i1Terms(U, V);
+  i1Apply(Y[0], spreadLo(t), lo);
+  i1Apply(Y[1], spreadHi(t), hi);
   for (int k = 0; k < 3; ++k) out[k] = vPackS16U8(lo[k], hi[k]);
 }
 int blockYUV422ToRGB_C2C3_sse2(const Lum8u* pSrc, Lum8u* pDst, int end) {
@@ -140,14 +140,13 @@ int blockYUV422ToRGB_I1_sse2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, 
   for (; x + 32 <= end; x += 32) {
     const __m128i u = loadu(pU + x / 2), v = loadu(pV + x / 2);
     __m128i a[3], b[3];
-    inverseX16<i1Vec>(loadu(pY + x), replicate8(u), replicate8(v), a);
-    inverseX16<i1Vec>(loadu(pY + x + 16), _mm_unpackhi_epi8(u, u), _mm_unpackhi_epi8(v, v), b);
+    i1x16(loadu(pY + x), i1TermsLo(u, v), a);
+    i1x16(loadu(pY + x + 16), i1TermsHi(u, v), b);
     store.store32(x, a, b);
   }
   for (; x < end; x += 16) {
     __m128i out[3];
-    inverseX16<i1Vec>(loadu(pY + x), replicate8(loadl64(pU + x / 2)),
-                      replicate8(loadl64(pV + x / 2)), out);
+    i1x16(loadu(pY + x), i1TermsLo(loadl64(pU + x / 2), loadl64(pV + x / 2)), out);
     store(x, out);
   }
   return x;
@@ -227,22 +226,21 @@ int blockYUV420ToRGB_I1_sse2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU
   int c = 0;
   for (; c + 16 <= endCells; c += 16) {
     const __m128i u = loadu(pU + c), v = loadu(pV + c);
-    const __m128i Ulo = replicate8(u), Vlo = replicate8(v);
-    const __m128i Uhi = _mm_unpackhi_epi8(u, u), Vhi = _mm_unpackhi_epi8(v, v);
+    const I1Terms lo = i1TermsLo(u, v), hi = i1TermsHi(u, v);  // both rows' cells
     const Lum8u* const yRows[2] = {pY0, pY1};
     for (int r = 0; r < 2; ++r) {
       __m128i a[3], b[3];
-      inverseX16<i1Vec>(loadu(yRows[r] + 2 * c), Ulo, Vlo, a);
-      inverseX16<i1Vec>(loadu(yRows[r] + 2 * c + 16), Uhi, Vhi, b);
+      i1x16(loadu(yRows[r] + 2 * c), lo, a);
+      i1x16(loadu(yRows[r] + 2 * c + 16), hi, b);
       store.store32(r, 2 * c, a, b);
     }
   }
   for (; c < endCells; c += 8) {
-    const __m128i U = replicate8(loadl64(pU + c)), V = replicate8(loadl64(pV + c));
+    const I1Terms t = i1TermsLo(loadl64(pU + c), loadl64(pV + c));
     __m128i out[3];
-    inverseX16<i1Vec>(loadu(pY0 + 2 * c), U, V, out);
+    i1x16(loadu(pY0 + 2 * c), t, out);
     store(0, 2 * c, out);
-    inverseX16<i1Vec>(loadu(pY1 + 2 * c), U, V, out);
+    i1x16(loadu(pY1 + 2 * c), t, out);
     store(1, 2 * c, out);
   }
   return c;

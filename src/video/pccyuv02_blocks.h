@@ -131,16 +131,46 @@ inline Fwd420 fwd420x8(const __m128i R[2], const __m128i G[2], const __m128i B[2
 // ---------------------------------------------------------------------------
 // Inverse formulas on 8 pixels in 16-bit lanes; R, G, B before the pack.
 
-// I1 (scalar: i1).
-inline void i1Vec(__m128i Y, __m128i U, __m128i V, __m128i o[3]) {
+// I1 (scalar: i1), in two steps: the chroma terms H(v, 9338), H(u, -3227),
+// H(v, -4759), H(u, 16645) of 8 pairs or cells, then, for each pixel, those
+// of its pair or cell added to T = 2 Y in the formula's order.  The terms
+// are computed once per pair or cell and spread to its pixels: the same
+// lanes as computing them per pixel from replicated U and V.
+struct I1Terms {
+  __m128i r, gu, gv, b;
+};
+inline I1Terms i1Terms(__m128i U, __m128i V) {
   const __m128i u = _mm_slli_epi16(_mm_sub_epi16(U, vset16(128)), 4);
   const __m128i v = _mm_slli_epi16(_mm_sub_epi16(V, vset16(128)), 4);
-  const __m128i T = _mm_slli_epi16(Y, 1);
-  o[0] = _mm_srai_epi16(_mm_adds_epi16(T, vHs(v, vset16(9338))), 1);
-  o[1] = _mm_srai_epi16(
-      _mm_adds_epi16(_mm_adds_epi16(T, vHs(u, vset16(-3227))), vHs(v, vset16(-4759))), 1);
-  o[2] = _mm_srai_epi16(_mm_adds_epi16(T, vHs(u, vset16(16645))), 1);
+  return {vHs(v, vset16(9338)), vHs(u, vset16(-3227)), vHs(v, vset16(-4759)),
+          vHs(u, vset16(16645))};
 }
+inline void i1Apply(__m128i Y, const I1Terms& t, __m128i o[3]) {
+  const __m128i T = _mm_slli_epi16(Y, 1);
+  o[0] = _mm_srai_epi16(_mm_adds_epi16(T, t.r), 1);
+  o[1] = _mm_srai_epi16(_mm_adds_epi16(_mm_adds_epi16(T, t.gu), t.gv), 1);
+  o[2] = _mm_srai_epi16(_mm_adds_epi16(T, t.b), 1);
+}
+// The terms of pairs 0-3 (lo) or 4-7 (hi) spread to their 8 pixels.
+inline I1Terms spreadLo(const I1Terms& t) {
+  return {_mm_unpacklo_epi16(t.r, t.r), _mm_unpacklo_epi16(t.gu, t.gu),
+          _mm_unpacklo_epi16(t.gv, t.gv), _mm_unpacklo_epi16(t.b, t.b)};
+}
+inline I1Terms spreadHi(const I1Terms& t) {
+  return {_mm_unpackhi_epi16(t.r, t.r), _mm_unpackhi_epi16(t.gu, t.gu),
+          _mm_unpackhi_epi16(t.gv, t.gv), _mm_unpackhi_epi16(t.b, t.b)};
+}
+// I1 on 16 pixels: Y bytes, the terms of their 8 pairs or cells; out bytes.
+inline void i1x16(__m128i Y, const I1Terms& t, __m128i out[3]) {
+  __m128i lo[3], hi[3];
+  i1Apply(lo8to16(Y), spreadLo(t), lo);
+  i1Apply(hi8to16(Y), spreadHi(t), hi);
+  for (int k = 0; k < 3; ++k) out[k] = vPackS16U8(lo[k], hi[k]);
+}
+// The terms of 8 pairs or cells from chroma bytes (the low 8 of u and v), or
+// of 16 from all 16 (lo: the first 8, hi: the last 8).
+inline I1Terms i1TermsLo(__m128i u, __m128i v) { return i1Terms(lo8to16(u), lo8to16(v)); }
+inline I1Terms i1TermsHi(__m128i u, __m128i v) { return i1Terms(hi8to16(u), hi8to16(v)); }
 
 // I2 (scalar: i2).  y - (..) cannot leave the 16-bit range, so saturating
 // it before the rounding 8 is the same as saturating once after.
@@ -154,25 +184,20 @@ inline void i2Vec(__m128i Y, __m128i U, __m128i V, __m128i o[3]) {
   o[2] = _mm_srai_epi16(_mm_adds_epi16(_mm_adds_epi16(y, vHs(u, vset16(16646))), r8), 4);
 }
 
-// An inverse formula on 16 pixels given as bytes: Y, and U and V already
-// replicated to one byte a pixel.
-template <void (*Vec)(__m128i, __m128i, __m128i, __m128i*)>
-inline void inverseX16(__m128i Y, __m128i U, __m128i V, __m128i out[3]) {
-  __m128i lo[3], hi[3];
-  Vec(lo8to16(Y), lo8to16(U), lo8to16(V), lo);
-  Vec(hi8to16(Y), hi8to16(U), hi8to16(V), hi);
-  for (int k = 0; k < 3; ++k) out[k] = vPackS16U8(lo[k], hi[k]);
-}
 // The chroma of 8 pairs (low 8 bytes) replicated to 16 pixels.
 inline __m128i replicate8(__m128i c) { return _mm_unpacklo_epi8(c, c); }
 
-// 4:2:2 pixel-order C2 bytes (Y0 U Y1 V) of 8 pixels -> Y, U, V in 16-bit
-// lanes, U and V replicated to both pixels of their pair.
-inline void splitC2x8(__m128i v, __m128i& Y, __m128i& U, __m128i& V) {
-  Y = _mm_and_si128(v, vset16(0x00ff));
-  const __m128i c = _mm_srli_epi16(v, 8);  // U0 V0 U1 V1 ...
-  U = _mm_shufflehi_epi16(_mm_shufflelo_epi16(c, _MM_SHUFFLE(2, 2, 0, 0)), _MM_SHUFFLE(2, 2, 0, 0));
-  V = _mm_shufflehi_epi16(_mm_shufflelo_epi16(c, _MM_SHUFFLE(3, 3, 1, 1)), _MM_SHUFFLE(3, 3, 1, 1));
+// 4:2:2 pixel-order C2 bytes (Y0 U Y1 V) of 16 pixels (32 bytes) -> the Y
+// bytes of pixels 0-7 and 8-15 in 16-bit lanes, and U and V of the 8 pairs
+// in 16-bit lanes.
+inline void splitC2x16(const Lum8u* p, __m128i Y[2], __m128i& U, __m128i& V) {
+  const __m128i a = loadu(p), b = loadu(p + 16), lo = vset16(0x00ff);
+  Y[0] = _mm_and_si128(a, lo);
+  Y[1] = _mm_and_si128(b, lo);
+  const __m128i ca = _mm_srli_epi16(a, 8), cb = _mm_srli_epi16(b, 8);  // U0 V0 U1 V1 ...
+  const __m128i even = _mm_set1_epi32(0xffff);
+  U = _mm_packs_epi32(_mm_and_si128(ca, even), _mm_and_si128(cb, even));
+  V = _mm_packs_epi32(_mm_srli_epi32(ca, 16), _mm_srli_epi32(cb, 16));
 }
 
 // I2 on 8 pixels from bytes (low 8 bytes of each register), packed and
