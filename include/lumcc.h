@@ -280,6 +280,122 @@ LUM_API LumStatus lumiYUVToRGB_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep,
                                         int dstStep, LumSize roiSize);
 /* END SECTION yuv444 */
 
+/* BEGIN SECTION ycbcr444 (RGB and YCbCr 4:4:4) */
+/*
+ * RGB and YCbCr 4:4:4, 8u, BT.601 studio range: Y 16..235, Cb and Cr
+ * 16..240 around 128.  Pixel order R,G,B and Y,Cb,Cr; plane arrays in the
+ * same order.  Each kernel has its own fixed-point arithmetic: the first
+ * pixels of each row (the block part) and the rest (the tail) may differ by
+ * one level.  Block parts: RGBToYCbCr C3 width & ~7, P3 width & ~15;
+ * YCbCrToRGB C3 and P3 width & ~3, P3C3 width & ~7; the AC4 forms have none.
+ * Examples: white gives Y,Cb,Cr = 234,127,127 in the C3 block part and
+ * 235,128,128 elsewhere; black gives 16,128,128 everywhere; Y 235 with
+ * neutral chroma gives 254,254,254 (255,255,255 in the P3C3 block part).
+ * C3/AC4 forms (shape A): pSrc or pDst null -> LumErrNullPtr; width or
+ * height below 1 -> LumErrSize.  The AC4 forms write the three colour
+ * bytes of each pixel and leave the fourth byte as it was (not read from
+ * the source, not written).
+ * P3 forms: the arrays null -> LumErrNullPtr; then size -> LumErrSize;
+ * then each plane pointer, source first -> LumErrNullPtr.  The planes of
+ * one image share one step.  Steps are not checked.  Calling thread only.
+ */
+LUM_API LumStatus lumiRGBToYCbCr_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                        LumSize roiSize);
+LUM_API LumStatus lumiRGBToYCbCr_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToYCbCr_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
+                                        Lum8u* const pDst[3], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep,
+                                        LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                         int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
+                                        Lum8u* const pDst[3], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCbCrToRGB_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
+                                          int dstStep, LumSize roiSize);
+/* END SECTION ycbcr444 */
+
+/* BEGIN SECTION yuvsub (RGB and YUV 4:2:2 and 4:2:0) */
+/*
+ * RGB and YUV 4:2:2 and 4:2:0, 8u, with the coefficients of the 4:4:4 YUV
+ * functions.  4:2:2 shares one U,V pair between pixels 2k and 2k+1 of a
+ * row; 4:2:0 between the 2x2 cell of pixels 2k, 2k+1 of rows 2j, 2j+1.
+ * Forward: chroma is the mean difference of the pair or cell (B - Y for U,
+ * R - Y for V), taken once on sums.  Inverse: every pixel of a pair or cell
+ * uses the same U and V (no interpolation).
+ * Layouts: C3 is R,G,B per pixel; C2 (4:2:2 only) is Y0,U,Y1,V per pair;
+ * AC4 destinations get R,G,B and a fourth byte written as 0.  Plane arrays
+ * are Y,U,V or R,G,B; a 4:2:2 chroma plane holds one sample per pair,
+ * a 4:2:0 chroma plane one per cell.
+ * Odd widths in 4:2:2: the last pixel is converted on its own (its own U
+ * and V; in C2 output only Y and U are written, as the row ends there; in
+ * C2 input it takes its own U and the V of the pair before; a C2 row of
+ * width 1 uses its one chroma byte as U and V).  4:2:0: only whole cells
+ * are converted (floor(width/2) by floor(height/2)); the last row and
+ * column of an odd size are left as they were, and LumWarnOddSize is
+ * returned after the work when width or height is odd.
+ * Shapes: the forms ending in R take steps in bytes; an array of steps
+ * gives one step per plane.  In lumiRGBToYUV420_8u_P3R and
+ * lumiYUV420ToRGB_8u_P3R the three RGB planes share the step of element 0
+ * of their step array.  The forms without R take no steps: the image is
+ * packed, with strides width*3 (pixel order), width (Y and RGB planes),
+ * and (width+1)/2 (4:2:2 chroma) or width/2 (4:2:0 chroma); a 4:2:2 image
+ * of at least 256 pixels and even width is converted as one long row.
+ * Rounding differs between the first pixels of a row and the rest in some
+ * inverse forms (by a level): YUV422ToRGB P3C3R past width & ~15, P3AC4R
+ * past width & ~3, YUV420ToRGB P3AC4R past 2*(cells & ~7) pixels; in
+ * RGBToYUV420 C3P3R past 2*(cells & ~7) pixels.
+ * Checks: C3C2R and C2C3R: pSrc or pDst null -> LumErrNullPtr; width or
+ * height below 1 -> LumErrSize.  The others: pSrc, pDst and the step
+ * arrays null -> LumErrNullPtr; then size -> LumErrSize; then each plane
+ * pointer, source first -> LumErrNullPtr.  Steps are not checked.  Nothing
+ * is written on an error.  Calling thread only.
+ */
+LUM_API LumStatus lumiRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                           int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
+                                           const int dstStep[3], LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV422_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
+                                         Lum8u* const pDst[3], const int dstStep[3],
+                                         LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV422_8u_C3P3(const Lum8u* pSrc, Lum8u* const pDst[3],
+                                          LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV422_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
+                                        LumSize roiSize);
+LUM_API LumStatus lumiYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                           int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYUV422ToRGB_8u_P3C3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                           Lum8u* pDst, int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYUV422ToRGB_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                         Lum8u* const pDst[3], int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYUV422ToRGB_8u_P3AC4R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                            Lum8u* pDst, int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYUV422ToRGB_8u_P3C3(const Lum8u* const pSrc[3], Lum8u* pDst,
+                                          LumSize roiSize);
+LUM_API LumStatus lumiYUV422ToRGB_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
+                                        LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV420_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
+                                           const int dstStep[3], LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV420_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                         Lum8u* const pDst[3], const int dstStep[3],
+                                         LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV420_8u_C3P3(const Lum8u* pSrc, Lum8u* const pDst[3],
+                                          LumSize roiSize);
+LUM_API LumStatus lumiRGBToYUV420_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
+                                        LumSize roiSize);
+LUM_API LumStatus lumiYUV420ToRGB_8u_P3C3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                           Lum8u* pDst, int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYUV420ToRGB_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                         Lum8u* const pDst[3], const int dstStep[3],
+                                         LumSize roiSize);
+LUM_API LumStatus lumiYUV420ToRGB_8u_P3AC4R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                            Lum8u* pDst, int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYUV420ToRGB_8u_P3C3(const Lum8u* const pSrc[3], Lum8u* pDst,
+                                          LumSize roiSize);
+LUM_API LumStatus lumiYUV420ToRGB_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
+                                        LumSize roiSize);
+/* END SECTION yuvsub */
+
 /* BEGIN SECTION hsv (RGB and HSV) */
 /*
  * RGB and HSV, 8u and 16u, pixel order R,G,B (C3) or R,G,B,A (AC4); an HSV

@@ -28,8 +28,10 @@ using lumtable::Entry;
 using lumtest::PagedImage;
 
 // The images of one call.  A side with one step gives all its planes the
-// same padding; a side with a step a plane pads each its own way; a shape
-// without steps gets tight rows (the function derives its strides).
+// same padding, and so do planes of one size (the forms that take a step a
+// plane for full-size planes use the first); planes of other sizes with a
+// step each pad each their own way; a shape without steps gets tight rows
+// (the function derives its strides).
 struct Call {
   const Entry& e;
   LumSize roi;
@@ -40,13 +42,15 @@ struct Call {
     const int sPad = e.hasSteps() ? e.srcElem * static_cast<int>(rng() % 24) : 0;
     const int dPad = e.hasSteps() ? e.dstElem * static_cast<int>(rng() % 24) : 0;
     for (int p = 0; p < e.srcPlanes(); ++p) {
-      const int pad = e.srcStepPerPlane() ? e.srcElem * static_cast<int>(rng() % 24) : sPad;
+      const bool own = e.srcStepPerPlane() && e.srcRowBytes(p, w) != e.srcRowBytes(0, w);
+      const int pad = own ? e.srcElem * static_cast<int>(rng() % 24) : sPad;
       src.emplace_back(new PagedImage(e.srcRowBytes(p, w), e.srcRows(p, h),
                                       e.srcRowBytes(p, w) + pad,
                                       e.srcElem * static_cast<int>(rng() % 16)));
     }
     for (int p = 0; p < e.dstPlanes(); ++p) {
-      const int pad = e.dstStepPerPlane() ? e.dstElem * static_cast<int>(rng() % 24) : dPad;
+      const bool own = e.dstStepPerPlane() && e.dstRowBytes(p, w) != e.dstRowBytes(0, w);
+      const int pad = own ? e.dstElem * static_cast<int>(rng() % 24) : dPad;
       dst.emplace_back(new PagedImage(e.dstRowBytes(p, w), e.dstRows(p, h),
                                       e.dstRowBytes(p, w) + pad,
                                       e.dstElem * static_cast<int>(rng() % 16)));
