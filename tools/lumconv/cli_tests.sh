@@ -26,11 +26,13 @@ run() {
   status=$?
 }
 
-# ok ARGS...: exit 0 and nothing on stderr.
+# ok ARGS...: exit 0, and nothing on stderr but the summary of a conversion,
+# "<input> -> <output>: WxH, N frame(s), <function>[, F<rate> A<aspect>]".
 ok() {
   run "$@"
   [ "$status" -eq 0 ] || die "lumconv $* exited $status: $(cat err.txt)"
-  [ ! -s err.txt ] || die "lumconv $* wrote to stderr: $(cat err.txt)"
+  [ "$(grep -c -v '^[^ ].* -> [^ ].*: [0-9]*x[0-9]*, [0-9]* frames*, lumi[A-Za-z0-9_]*\(, F[0-9]*:[0-9]* A[0-9]*:[0-9]*\)*$' err.txt)" -eq 0 ] ||
+    die "lumconv $* wrote to stderr: $(cat err.txt)"
 }
 
 # fails CODE FILE ARGS...: exit CODE and one line "lumconv: FILE: ..." on
@@ -105,6 +107,10 @@ case_demo() {
 
 case_list() {
   ok --list
+  # The table of conversions, one a line, then a blank line and the words.
+  sed '/^$/,$d' out.txt >table.txt
+  mv out.txt all.txt
+  mv table.txt out.txt
   grep -q '^rgb2yuv  *RGB to YUV' out.txt || die "no rgb2yuv line: $(cat out.txt)"
   grep -q '^yuv2rgb  *YUV 4:4:4 to RGB' out.txt || die "no yuv2rgb line: $(cat out.txt)"
   grep -q '^rgb2yuv .*\[8u C3, AC4, C3->P3, P3\]$' out.txt || die "rgb2yuv forms: $(cat out.txt)"
@@ -126,7 +132,7 @@ case_rgb2yuv_ppm_tail() {
   ok rgb2yuv in.ppm out.ppm
   { printf 'P6\n17 1\n255\n'; rep 16 "$Y_BLOCK"; printf "$Y_TAIL"; } >want.ppm
   same out.ppm want.ppm
-  grep -q -F 'lumiRGBToYUV_8u_C3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_C3R' err.txt || die "summary: $(cat err.txt)"
   # A single pixel is all tail.
   { printf 'P6\n1 1\n255\n'; printf "$W3"; } >one.ppm
   ok rgb2yuv one.ppm one-out.ppm
@@ -141,7 +147,7 @@ case_rgb2yuv_ppm_to_y4m() {
   { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444\nFRAME\n'
     rep 8 '\376'; printf '\377'; rep 8 '\177'; printf '\200'; rep 8 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
-  grep -q -F 'lumiRGBToYUV_8u_C3P3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_C3P3R' err.txt || die "summary: $(cat err.txt)"
 }
 
 # Planes to planes, 16 a block: the 17th pixel through the tail.
@@ -151,7 +157,7 @@ case_rgb2yuv_raw_to_y4m() {
   { printf 'YUV4MPEG2 W17 H1 F25:1 Ip A1:1 C444\nFRAME\n'
     rep 17 '\376'; rep 16 '\177'; printf '\200'; rep 16 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
-  grep -q -F 'lumiRGBToYUV_8u_P3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_P3R' err.txt || die "summary: $(cat err.txt)"
   ok rgb2yuv --raw=17x1 in.rgbp out.yuv
   tail -c 51 want.y4m >want.yuv
   same out.yuv want.yuv
@@ -184,7 +190,7 @@ case_yuv2rgb_y4m_to_ppm() {
   ok yuv2rgb in.y4m out.ppm
   { printf 'P6\n17 1\n255\n'; rep 16 '\000\374\000'; printf '\310\310\310'; } >want.ppm
   same out.ppm want.ppm
-  grep -q -F 'lumiYUVToRGB_8u_P3C3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiYUVToRGB_8u_P3C3R' err.txt || die "summary: $(cat err.txt)"
 }
 
 # Planes to planes: G is 253 in the 8-pixel block, 252 in the tail.
@@ -194,12 +200,12 @@ case_yuv2rgb_y4m_to_raw() {
   ok yuv2rgb in.y4m out.rgbp
   { rep 9 '\000'; rep 8 '\375'; printf '\374'; rep 9 '\000'; } >want.rgbp
   same out.rgbp want.rgbp
-  grep -q -F 'lumiYUVToRGB_8u_P3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiYUVToRGB_8u_P3R' err.txt || die "summary: $(cat err.txt)"
 }
 
 case_yuv2rgb_pgm_to_ppm() {
   { printf 'P5\n# planes Y, U, V\n2 3\n255\n'; printf '\200\200\000\200\000\200'; } >in.pgm
-  ok yuv2rgb in.pgm out.ppm
+  ok --planes yuv2rgb in.pgm out.ppm
   { printf 'P6\n2 1\n255\n'; printf '\000\374\000\200\200\200'; } >want.ppm
   same out.ppm want.ppm
 }
@@ -213,7 +219,7 @@ case_pam_alpha_kept() {
     for a in '\001' '\002' '\003' '\004' '\005' '\006' '\007' '\010'; do printf "$Y_BLOCK$a"; done
     printf "$Y_TAIL"'\011'; } >want.pam
   same out.pam want.pam
-  grep -q -F 'lumiRGBToYUV_8u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_AC4R' err.txt || die "summary: $(cat err.txt)"
   ok yuv2rgb out.pam back.pam
   printf 'P7\nWIDTH 9\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n' >want.txt
   n=$(wc -c <want.txt)
@@ -231,7 +237,7 @@ case_multiple_frames() {
   ok yuv2rgb in.y4m out.ppm
   { printf 'P6\n3 2\n255\n'; rep 6 '\000\374\000'; printf 'P6\n3 2\n255\n'; rep 6 '\144\144\144'; } >want.ppm
   same out.ppm want.ppm
-  grep -q -F '2 frames' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F '2 frames' err.txt || die "summary: $(cat err.txt)"
   ok rgb2yuv out.ppm back.y4m
   n=$(printf 'YUV4MPEG2 W3 H2 F25:1 Ip A1:1 C444\n' | wc -c)
   [ "$(wc -c <back.y4m)" -eq $((n + 2 * (6 + 18))) ] || die "back.y4m does not hold 2 frames"
@@ -260,7 +266,7 @@ case_chart_through_cli() {
 case_rgb2hsv_16u() {
   { printf 'P6\n5 1\n65535\n'; rep 5 '\000\001\000\001\001\000'; } >in.ppm
   ok rgb2hsv in.ppm out.ppm
-  grep -q -F 'lumiRGBToHSV_16u_C3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToHSV_16u_C3R' err.txt || die "summary: $(cat err.txt)"
   [ "$(samples out.ppm 13 | awk 'NR % 6 == 1 || NR % 6 == 2 || NR % 6 == 5 || NR % 6 == 0' | tr '\n' ' ')" = \
     "170 170 1 0 170 170 1 0 170 170 1 0 170 170 1 0 170 170 1 0 " ] ||
     die "H, V: $(samples out.ppm 13 | tr '\n' ' ')"
@@ -287,9 +293,9 @@ case_rgb2hls_16u_alpha() {
   { printf 'P7\nWIDTH 5\nHEIGHT 1\nDEPTH 4\nMAXVAL 65535\nTUPLTYPE HLS_ALPHA\nENDHDR\n'
     rep 5 '\000\000\001\002\000\000\022\064'; } >want.pam
   same out.pam want.pam
-  grep -q -F 'lumiRGBToHLS_16u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToHLS_16u_AC4R' err.txt || die "summary: $(cat err.txt)"
   ok hls2rgb out.pam back.pam
-  grep -q -F 'lumiHLSToRGB_16u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiHLSToRGB_16u_AC4R' err.txt || die "summary: $(cat err.txt)"
   same back.pam in.pam
 }
 
@@ -467,7 +473,7 @@ case_unsupported_pam_depth() {
 
 case_unsupported_pgm_height() {
   { printf 'P5\n2 2\n255\n'; rep 4 '\200'; } >g.pgm
-  fails 1 g.pgm yuv2rgb g.pgm out.ppm
+  fails 1 g.pgm yuv2rgb --planes g.pgm out.ppm
   says 'is not 3 planes'
   absent out.ppm
 }

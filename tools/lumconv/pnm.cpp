@@ -49,9 +49,12 @@ struct Header {
 
 class PnmReader : public FrameReader {
  public:
-  PnmReader(std::unique_ptr<InFile> in, int magic) : in_(std::move(in)), firstMagic_(magic) {}
+  PnmReader(std::unique_ptr<InFile> in, int magic, bool pgmPlanes)
+      : in_(std::move(in)), firstMagic_(magic), pgmPlanes_(pgmPlanes) {}
 
   FileFormat format() const override { return format_; }
+  int64_t position() override { return in_->position(); }
+  int64_t remaining() override { return in_->remaining(); }
 
   bool next(Image& frame) override {
     Header h;
@@ -201,13 +204,17 @@ class PnmReader : public FrameReader {
         format_ = FileFormat::PPM;
         break;
       case 5:
+        format_ = FileFormat::PGM;
+        if (!pgmPlanes_) {
+          frame.layout = Layout::C1;
+          break;
+        }
         if (h.height % 3 != 0)
           fail(path, "PGM height " + std::to_string(h.height) +
-                         " is not 3 planes (lumconv reads a PGM as Y, U, V or R, G, B planes one "
-                         "above the other)");
+                         " is not 3 planes (--planes reads a PGM as Y, U, V or R, G, B planes "
+                         "one above the other)");
         frame.layout = Layout::P3;
         frame.height = static_cast<int32_t>(h.height / 3);
-        format_ = FileFormat::PGM;
         break;
       default:
         if (h.depth != 3 && h.depth != 4)
@@ -241,6 +248,7 @@ class PnmReader : public FrameReader {
 
   std::unique_ptr<InFile> in_;
   int firstMagic_;
+  bool pgmPlanes_;
   FileFormat format_ = FileFormat::PPM;
 };
 
@@ -254,6 +262,9 @@ class PnmWriter : public FrameWriter {
     if (frame.layout == Layout::P3) {
       out_.write("P5\n" + size + std::to_string(3 * static_cast<int64_t>(frame.height)) + "\n" +
                  std::to_string(maxval) + "\n");
+    } else if (frame.layout == Layout::C1) {
+      out_.write("P5\n" + size + std::to_string(frame.height) + "\n" + std::to_string(maxval) +
+                 "\n");
     } else if (frame.layout == Layout::C3 && format_ != FileFormat::PAM) {
       out_.write("P6\n" + size + std::to_string(frame.height) + "\n" + std::to_string(maxval) +
                  "\n");
@@ -292,9 +303,10 @@ class PnmWriter : public FrameWriter {
 
 }  // namespace
 
-std::unique_ptr<FrameReader> makePnmReader(std::unique_ptr<InFile> in, int magic) {
+std::unique_ptr<FrameReader> makePnmReader(std::unique_ptr<InFile> in, int magic,
+                                           bool pgmPlanes) {
   checkMagic(magic, in->path());
-  return std::make_unique<PnmReader>(std::move(in), magic);
+  return std::make_unique<PnmReader>(std::move(in), magic, pgmPlanes);
 }
 
 std::unique_ptr<FrameWriter> makePnmWriter(const std::string& path, FileFormat format) {

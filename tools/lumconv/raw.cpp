@@ -17,6 +17,8 @@ class RawReader : public FrameReader {
   }
 
   FileFormat format() const override { return FileFormat::Raw; }
+  int64_t position() override { return in_->position(); }
+  int64_t remaining() override { return in_->remaining(); }
 
   bool next(Image& frame) override {
     if (in_->peek() == EOF) return false;
@@ -28,6 +30,7 @@ class RawReader : public FrameReader {
     frame.model = model_;
     frame.tags = VideoTags{};
     const std::string what = "pixel data of frame " + std::to_string(frames_);
+    in_->need(frameBytes_, what.c_str());
     frame.allocate(in_->path());
     in_->read(frame.data8.data(), frameBytes_, what.c_str());
     return true;

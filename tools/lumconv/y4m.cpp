@@ -33,6 +33,8 @@ class Y4mReader : public FrameReader {
   explicit Y4mReader(std::unique_ptr<InFile> in) : in_(std::move(in)) { readStreamHeader(); }
 
   FileFormat format() const override { return FileFormat::Y4M; }
+  int64_t position() override { return in_->position(); }
+  int64_t remaining() override { return in_->remaining(); }
 
   bool next(Image& frame) override {
     if (in_->peek() == EOF) return false;
