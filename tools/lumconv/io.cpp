@@ -131,7 +131,7 @@ Model formatModel(FileFormat format, const std::string& ext) {
 }
 
 void checkWritable(const std::string& path, FileFormat format, const std::string& ext,
-                   const Image& frame) {
+                   const Image& frame, const std::string& instead) {
   const bool planes = frame.layout == Layout::P3;
   const bool grey = frame.layout == Layout::C1;
   switch (format) {
@@ -165,14 +165,15 @@ void checkWritable(const std::string& path, FileFormat format, const std::string
                        "first (e.g. pamdepth 255 in.ppm >in8.ppm)");
       break;
   }
-  checkModel(path, format, ext, frame.model);
+  checkModel(path, format, ext, frame.model, instead);
 }
 
-void checkModel(const std::string& path, FileFormat format, const std::string& ext, Model model) {
+void checkModel(const std::string& path, FileFormat format, const std::string& ext, Model model,
+                const std::string& instead) {
   const Model holds = formatModel(format, ext);
   if (holds != Model::Unknown && model != Model::Unknown && holds != model)
     fail(path, std::string("this file holds ") + modelName(holds) + ", the conversion makes " +
-                   modelName(model) + " (write a .ppm, .pam, .pgm or .raw)");
+                   modelName(model) + (instead.empty() ? "" : " (write " + instead + ")"));
 }
 
 std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format) {

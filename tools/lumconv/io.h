@@ -85,12 +85,14 @@ Layout outputLayout(FileFormat format, Layout in);
 // Unknown.
 Model formatModel(FileFormat format, const std::string& ext);
 // Fails with path's name unless format (of extension ext) can hold frames
-// like `frame`.
+// like `frame`.  `instead` names the files to write instead when the colour
+// model does not fit (e.g. "a .ppm or .pam"; empty: none named).
 void checkWritable(const std::string& path, FileFormat format, const std::string& ext,
-                   const Image& frame);
+                   const Image& frame, const std::string& instead = "");
 // Fails with path's name when format (of extension ext) holds another colour
 // model than `model` (Unknown: any model).
-void checkModel(const std::string& path, FileFormat format, const std::string& ext, Model model);
+void checkModel(const std::string& path, FileFormat format, const std::string& ext, Model model,
+                const std::string& instead = "");
 // Opens path ("-": standard output) for frames in format.
 std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format);
 

@@ -205,6 +205,36 @@ std::string joinOr(const std::vector<std::string>& items) {
   return text;
 }
 
+// The files a conversion can write, e.g. "a .ppm or .pam".
+std::string outputsOf(const Conversion& any) {
+  std::vector<std::string> outs;
+  size_t count = 0;
+  const Conversion* table = conversionTable(&count);
+  for (size_t i = 0; i < count; ++i) {
+    if (std::string(any.name) != table[i].name) continue;
+    const Layout layout = table[i].out.layout == Layout::AC4 ? Layout::C3 : table[i].out.layout;
+    const std::string w = outputFormats(layout, table[i].out.model);
+    bool seen = false;
+    for (const auto& x : outs) seen = seen || x == w;
+    if (!seen) outs.push_back(w);
+  }
+  return joinOr(outs);
+}
+
+// The conversions that take `model`, e.g. "rgb2yuv, rgb2hsv or rgb2hls".
+std::string conversionsTaking(Model model) {
+  std::vector<std::string> names;
+  size_t count = 0;
+  const Conversion* table = conversionTable(&count);
+  for (size_t i = 0; i < count; ++i) {
+    if (table[i].in.model != model) continue;
+    bool seen = false;
+    for (const auto& x : names) seen = seen || x == table[i].name;
+    if (!seen) names.push_back(table[i].name);
+  }
+  return joinOr(names);
+}
+
 // What to do when `name` has no row for a `src` frame going to `format`
 // (stored as `outLayout`): plain words first, the forms in brackets.
 std::string explainNoForm(const Conversion& any, const Image& src, const std::string& input,
@@ -289,7 +319,8 @@ int convertFile(const std::string& name, const std::string& input, const std::st
 
   // What the output can hold is checked before any input is read.
   const FileFormat format = outputFormat(outName, ext);
-  if (any->out.model != Model::Unknown) checkModel(outName, format, ext, any->out.model);
+  if (any->out.model != Model::Unknown)
+    checkModel(outName, format, ext, any->out.model, outputsOf(*any));
   if (sameFile(input, output)) fail(output, "is the input file too");
 
   auto reader = openReader(input, opts.read);
@@ -299,10 +330,13 @@ int convertFile(const std::string& name, const std::string& input, const std::st
   // The bytes of one frame, for the progress display's count of frames.
   const int64_t record = start >= 0 ? reader->position() - start : -1;
   auto checkInputModel = [&](const Image& frame) {
-    if (frame.model != Model::Unknown && any->in.model != Model::Unknown &&
-        frame.model != any->in.model)
-      fail(inName, std::string("holds ") + modelName(frame.model) + "; " + name + " takes " +
-                       modelName(any->in.model));
+    if (frame.model == Model::Unknown || any->in.model == Model::Unknown ||
+        frame.model == any->in.model)
+      return;
+    const std::string others = conversionsTaking(frame.model);
+    fail(inName, std::string("holds ") + modelName(frame.model) + "; " + name + " takes " +
+                     modelName(any->in.model) +
+                     (others.empty() ? std::string() : std::string(" (") + modelName(frame.model) + " goes to " + others + ")"));
   };
   checkInputModel(src);
 
@@ -316,7 +350,7 @@ int convertFile(const std::string& name, const std::string& input, const std::st
   shape.layout = row->out.layout;
   shape.depth = row->out.depth;
   shape.model = outputModel(*row, src.model);
-  checkWritable(outName, format, ext, shape);
+  checkWritable(outName, format, ext, shape, outputsOf(*row));
 
   auto writer = openWriter(output, format);
   const std::string firstShape = describe(src);
