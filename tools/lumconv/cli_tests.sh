@@ -879,6 +879,12 @@ case_progress() {
   grep -q 'frame 3 of' err.txt && die "a count of frames from a pipe: $(cat err.txt)"
   run -q --progress copy in.y4m out.y4m
   [ ! -s err.txt ] || die "-q shows progress: $(cat err.txt)"
+  # A PNM stream: every image counts alike, the first too.
+  rep 10 'P6\n1 1\n255\n\377\377\377' >many.ppm
+  run --progress copy many.ppm many-out.ppm
+  grep -q 'frame 1 of 10' err.txt && grep -q 'frame 10 of 10' err.txt ||
+    die "progress of a PNM stream: $(od -c err.txt | head)"
+  same many-out.ppm many.ppm
   # On a terminal it shows by itself (where script(1) can make one).
   if command -v script >/dev/null 2>&1 && script -q -e -c true /dev/null >/dev/null 2>&1; then
     script -q -e -c "'$LUMCONV' copy in.y4m tty.y4m" /dev/null >tty.txt 2>&1 </dev/null ||

@@ -143,7 +143,8 @@ void checkWritable(const std::string& path, FileFormat format, const std::string
       break;
     case FileFormat::PAM:
       if (planes) fail(path, "PAM holds pixels, not planes: write a .pgm, .y4m or raw planes");
-      if (grey) fail(path, "lumconv writes PAM with 3 or 4 channels: write the grey image to a .pgm");
+      if (grey)
+        fail(path, "lumconv writes PAM with 3 or 4 channels: write the grey image to a .pgm");
       break;
     case FileFormat::PGM:
       if (!planes && !grey) fail(path, "PGM holds planes, not pixels: write a .ppm or .pam");

@@ -247,9 +247,9 @@ std::string explainNoForm(const Conversion& any, const Image& src, const std::st
   if (input != "-") {
     const size_t dot = input.find_last_of('.');
     const size_t slash = input.find_last_of('/');
-    const std::string stem =
-        dot != std::string::npos && (slash == std::string::npos || dot > slash) ? input.substr(0, dot)
-                                                                                : input;
+    const std::string stem = dot != std::string::npos && (slash == std::string::npos || dot > slash)
+                                 ? input.substr(0, dot)
+                                 : input;
     example = "pamdepth 255 " + input + " >" + stem + "-8bit.ppm";
   }
   const bool wide = src.depth == Depth::U16;
@@ -336,7 +336,9 @@ int convertFile(const std::string& name, const std::string& input, const std::st
     const std::string others = conversionsTaking(frame.model);
     fail(inName, std::string("holds ") + modelName(frame.model) + "; " + name + " takes " +
                      modelName(any->in.model) +
-                     (others.empty() ? std::string() : std::string(" (") + modelName(frame.model) + " goes to " + others + ")"));
+                     (others.empty() ? std::string()
+                                     : std::string(" (") + modelName(frame.model) + " goes to " +
+                                           others + ")"));
   };
   checkInputModel(src);
 

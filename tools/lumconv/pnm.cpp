@@ -53,7 +53,13 @@ class PnmReader : public FrameReader {
       : in_(std::move(in)), firstMagic_(magic), pgmPlanes_(pgmPlanes) {}
 
   FileFormat format() const override { return format_; }
-  int64_t position() override { return in_->position(); }
+  // Before the first image's header, its signature ("P6"), read to choose
+  // this reader, counts as not read yet: every image then spans the same
+  // bytes, which the progress display's count of frames relies on.
+  int64_t position() override {
+    const int64_t p = in_->position();
+    return p >= 2 && firstMagic_ ? p - 2 : p;
+  }
   int64_t remaining() override { return in_->remaining(); }
 
   bool next(Image& frame) override {
