@@ -228,9 +228,14 @@ OutFile::OutFile(const std::string& path) : path_(displayName(path, true)) {
     gTempSet = 1;
   }
   temp_ = name;
-  if (fchmod(fd, mode) != 0 || !(f_ = fdopen(fd, "wb"))) {
+  // The old file's permissions, or those of a new file; where the file
+  // system has none (fchmod fails), it goes on without them.
+  if (fchmod(fd, mode) != 0) {
+  }
+  f_ = fdopen(fd, "wb");
+  if (!f_) {
     const int err = errno;
-    if (!f_) ::close(fd);
+    ::close(fd);
     discard();
     fail(path_, sysError(err));
   }

@@ -57,6 +57,17 @@ size_t checkedAdd(const std::string& file, size_t a, size_t b) {
   return r;
 }
 
+uint64_t announcedBytes(int64_t width, int64_t height, Layout layout, Depth depth) {
+  if (width < 1 || height < 1) return 0;
+  const uint64_t channels = layout == Layout::AC4 ? 4 : layout == Layout::C1 ? 1 : 3;
+  const uint64_t bytes = depth == Depth::U16 ? 2 : 1;
+  uint64_t total = 0;
+  if (__builtin_mul_overflow(static_cast<uint64_t>(width), static_cast<uint64_t>(height), &total) ||
+      __builtin_mul_overflow(total, channels * bytes, &total))
+    return UINT64_MAX;
+  return total;
+}
+
 size_t checkedImageBytes(const std::string& file, int64_t width, int64_t height, Layout layout,
                          Depth depth) {
   if (width < 1 || height < 1)

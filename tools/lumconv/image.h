@@ -91,6 +91,11 @@ struct Image {
 size_t checkedImageBytes(const std::string& file, int64_t width, int64_t height, Layout layout,
                          Depth depth);
 
+// The bytes a header announces for an image, in 64 bits on every target
+// (UINT64_MAX if even that overflows): what InFile::need checks against the
+// bytes that can exist before the machine's own limits are looked at.
+uint64_t announcedBytes(int64_t width, int64_t height, Layout layout, Depth depth);
+
 // a * b and a + b for sizes, failing with file's name on overflow.
 size_t checkedMul(const std::string& file, size_t a, size_t b);
 size_t checkedAdd(const std::string& file, size_t a, size_t b);

@@ -233,9 +233,9 @@ class PnmReader : public FrameReader {
   }
 
   void readSamples(Image& frame) {
+    in_->need(announcedBytes(frame.width, frame.height, frame.layout, frame.depth), "pixel data");
     const size_t bytes =
         checkedImageBytes(in_->path(), frame.width, frame.height, frame.layout, frame.depth);
-    in_->need(bytes, "pixel data");
     frame.allocate(in_->path());
     if (frame.depth == Depth::U8) {
       in_->read(frame.data8.data(), bytes, "pixel data");

@@ -8,6 +8,10 @@ class RawReader : public FrameReader {
  public:
   RawReader(std::unique_ptr<InFile> in, const RawSize& size, Model model)
       : in_(std::move(in)), size_(size), model_(model) {
+    // From a pipe, the frame limit first (a file's size is checked below).
+    if (in_->remaining() < 0)
+      in_->need(announcedBytes(size.width, size.height, Layout::P3, Depth::U8),
+                "pixel data of frame 1");
     frameBytes_ = checkedImageBytes(in_->path(), size.width, size.height, Layout::P3, Depth::U8);
     const int64_t total = in_->remaining();
     if (total >= 0 && (total == 0 || static_cast<uint64_t>(total) % frameBytes_ != 0))
