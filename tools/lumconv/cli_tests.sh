@@ -874,7 +874,7 @@ case_progress() {
   grep -q -F 'in.y4m -> out.y4m: 2x1, 3 frames' err.txt || die "summary after progress: $(cat err.txt)"
   # From a pipe the count of frames is not known.
   cat in.y4m | "$LUMCONV" --progress copy - out2.y4m 2>err.txt || die "$(cat err.txt)"
-  grep -q 'frame 3$' err.txt || grep -q 'frame 3[^ ]' err.txt || die "progress from a pipe: $(od -c err.txt | head)"
+  grep -q 'frame 3 *$' err.txt || die "progress from a pipe: $(od -c err.txt | head)"
   grep -q 'frame 3 of' err.txt && die "a count of frames from a pipe: $(cat err.txt)"
   run -q --progress copy in.y4m out.y4m
   [ ! -s err.txt ] || die "-q shows progress: $(cat err.txt)"

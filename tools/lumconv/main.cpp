@@ -133,6 +133,7 @@ class Progress {
   void show() {
     std::fprintf(stderr, "\rlumconv: %s: frame %ld", output_.c_str(), frames_);
     if (total_ >= frames_) std::fprintf(stderr, " of %lld", static_cast<long long>(total_));
+    std::fputs("  ", stderr);  // over the end of a longer line before
     std::fflush(stderr);
     shown_ = true;
     pending_ = false;
