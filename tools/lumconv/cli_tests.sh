@@ -920,6 +920,40 @@ case_y4m_rate_kept() {
   absent out4.y4m
 }
 
+# A named pipe or a device as the output is written directly (nothing to
+# replace), and stays what it is.
+case_fifo_output() {
+  { printf 'P6\n5 1\n255\n'; rep 3 "$W3"; rep 2 '\000\000\000'; } >in.ppm
+  { printf 'P6\n5 1\n255\n'; rep 3 '\000\000\377'; rep 2 '\000\000\000'; } >want.ppm
+  mkfifo out.fifo || die "mkfifo"
+  cat out.fifo >got.ppm &
+  reader=$!
+  run rgb2hsv in.ppm out.fifo --to ppm
+  # Should lumconv fail before it opens the pipe, an open here ends the reader.
+  [ "$status" -eq 0 ] || { : >out.fifo; wait "$reader"; die "status $status: $(cat err.txt)"; }
+  wait "$reader"
+  same got.ppm want.ppm
+  [ -p out.fifo ] || die "out.fifo is no longer a named pipe"
+  no_temp
+}
+
+# Binary data is not sent to a terminal, nor read from one (where script(1)
+# can make a terminal).
+case_terminal_refused() {
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; } >in.ppm
+  if ! command -v script >/dev/null 2>&1 || ! script -q -e -c true /dev/null >/dev/null 2>&1 </dev/null; then
+    echo "no script(1) here; not tried"
+    return
+  fi
+  script -q -e -c "'$LUMCONV' rgb2hsv in.ppm - --to ppm" /dev/null >tty.txt 2>&1 </dev/null &&
+    die "wrote to a terminal: $(od -c tty.txt | head -3)"
+  grep -q 'lumconv: standard output: is a terminal' tty.txt || die "$(cat tty.txt)"
+  script -q -e -c "'$LUMCONV' rgb2hsv - out.ppm" /dev/null >tty.txt 2>&1 </dev/null &&
+    die "read a terminal"
+  grep -q 'lumconv: standard input: is a terminal' tty.txt || die "$(cat tty.txt)"
+  absent out.ppm
+}
+
 command -v "case_$CASE" >/dev/null 2>&1 || die "no such case"
 "case_$CASE"
 echo "ok ($CASE)"
