@@ -716,7 +716,12 @@ case_signal_removes_partial() {
 # Installed to a temporary prefix, the tool runs with no environment at all
 # (no LD_LIBRARY_PATH), and still after the prefix is moved.
 case_install_prefix() {
-  [ -n "$CMAKE" ] && [ -n "$BUILD" ] || die "the install case needs <cmake> <build folder>"
+  # Run by CTest it has both; a runner that gives only the first three
+  # arguments (lumconv through an emulator, say) has nothing to install.
+  if [ -z "$CMAKE" ] || [ -z "$BUILD" ]; then
+    echo "no <cmake> <build folder> given; not tried"
+    return
+  fi
   "$CMAKE" --install "$BUILD" --prefix "$DIR/prefix" >install.log 2>&1 || die "install failed: $(cat install.log)"
   [ -x prefix/bin/lumconv ] || die "no prefix/bin/lumconv"
   env -i "$DIR/prefix/bin/lumconv" --version >out.txt 2>err.txt || die "installed lumconv: $(cat err.txt)"
