@@ -1,6 +1,8 @@
 #!/bin/sh
 # Command-line tests of lumconv, one case a run:
-#   cli_tests.sh <lumconv> <work folder> <case>
+#   cli_tests.sh <lumconv> <work folder> <case> [<cmake> <build folder>]
+# (the install case needs the last two: it installs the build to a
+# temporary prefix).
 # A case makes its input files with printf in <work folder>/<case>, runs
 # lumconv and checks the exit status, the messages and the bytes written.
 # A failing run must exit 1 (2 for wrong usage) with exactly one line on
@@ -10,6 +12,13 @@ set -u
 LUMCONV=$1
 WORK=$2
 CASE=$3
+CMAKE=${4:-}
+BUILD=${5:-}
+# Absolute paths: each case runs in a folder of its own.
+abs() { case $1 in /*) echo "$1" ;; *) echo "$(pwd)/$1" ;; esac; }
+LUMCONV=$(abs "$LUMCONV")
+WORK=$(abs "$WORK")
+[ -z "$BUILD" ] || BUILD=$(abs "$BUILD")
 DEMO="$WORK/demo-out"
 
 DIR="$WORK/$CASE"
@@ -26,11 +35,13 @@ run() {
   status=$?
 }
 
-# ok ARGS...: exit 0 and nothing on stderr.
+# ok ARGS...: exit 0, and nothing on stderr but the summary of a conversion,
+# "<input> -> <output>: WxH, N frame(s), <function>[, F<rate> A<aspect>]".
 ok() {
   run "$@"
   [ "$status" -eq 0 ] || die "lumconv $* exited $status: $(cat err.txt)"
-  [ ! -s err.txt ] || die "lumconv $* wrote to stderr: $(cat err.txt)"
+  [ "$(grep -c -v '^[^ ].* -> [^ ].*: [0-9]*x[0-9]*, [0-9]* frames*, lumi[A-Za-z0-9_]*\(, F[0-9]*:[0-9]* A[0-9]*:[0-9]*\)*$' err.txt)" -eq 0 ] ||
+    die "lumconv $* wrote to stderr: $(cat err.txt)"
 }
 
 # fails CODE FILE ARGS...: exit CODE and one line "lumconv: FILE: ..." on
@@ -71,6 +82,25 @@ rep() {
   done
 }
 
+# No temporary file of lumconv's in the folders given (default .).
+no_temp() {
+  [ $# -gt 0 ] || set -- .
+  for d in "$@"; do
+    left=$(ls -A "$d" | grep 'lumconv-' || true)
+    [ -z "$left" ] || die "temporary file left in $d: $left"
+  done
+}
+
+# wait_for_temp: waits until a temporary output file appears in . (5 s at most).
+wait_for_temp() {
+  i=0
+  while [ -z "$(ls -A | grep 'lumconv-' || true)" ]; do
+    i=$((i + 1))
+    [ "$i" -le 100 ] || die "no temporary output appeared"
+    sleep 0.05
+  done
+}
+
 # Bytes of the samples, in decimal, one per line.
 samples() { od -An -v -tu1 -j "$2" "$1" | tr -s ' ' '\n' | sed '/^$/d'; }
 
@@ -105,6 +135,10 @@ case_demo() {
 
 case_list() {
   ok --list
+  # The table of conversions, one a line, then a blank line and the words.
+  sed '/^$/,$d' out.txt >table.txt
+  mv out.txt all.txt
+  mv table.txt out.txt
   grep -q '^rgb2yuv  *RGB to YUV' out.txt || die "no rgb2yuv line: $(cat out.txt)"
   grep -q '^yuv2rgb  *YUV 4:4:4 to RGB' out.txt || die "no yuv2rgb line: $(cat out.txt)"
   grep -q '^rgb2yuv .*\[8u C3, AC4, C3->P3, P3\]$' out.txt || die "rgb2yuv forms: $(cat out.txt)"
@@ -126,7 +160,7 @@ case_rgb2yuv_ppm_tail() {
   ok rgb2yuv in.ppm out.ppm
   { printf 'P6\n17 1\n255\n'; rep 16 "$Y_BLOCK"; printf "$Y_TAIL"; } >want.ppm
   same out.ppm want.ppm
-  grep -q -F 'lumiRGBToYUV_8u_C3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_C3R' err.txt || die "summary: $(cat err.txt)"
   # A single pixel is all tail.
   { printf 'P6\n1 1\n255\n'; printf "$W3"; } >one.ppm
   ok rgb2yuv one.ppm one-out.ppm
@@ -141,7 +175,7 @@ case_rgb2yuv_ppm_to_y4m() {
   { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444\nFRAME\n'
     rep 8 '\376'; printf '\377'; rep 8 '\177'; printf '\200'; rep 8 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
-  grep -q -F 'lumiRGBToYUV_8u_C3P3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_C3P3R' err.txt || die "summary: $(cat err.txt)"
 }
 
 # Planes to planes, 16 a block: the 17th pixel through the tail.
@@ -151,7 +185,7 @@ case_rgb2yuv_raw_to_y4m() {
   { printf 'YUV4MPEG2 W17 H1 F25:1 Ip A1:1 C444\nFRAME\n'
     rep 17 '\376'; rep 16 '\177'; printf '\200'; rep 16 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
-  grep -q -F 'lumiRGBToYUV_8u_P3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_P3R' err.txt || die "summary: $(cat err.txt)"
   ok rgb2yuv --raw=17x1 in.rgbp out.yuv
   tail -c 51 want.y4m >want.yuv
   same out.yuv want.yuv
@@ -184,7 +218,7 @@ case_yuv2rgb_y4m_to_ppm() {
   ok yuv2rgb in.y4m out.ppm
   { printf 'P6\n17 1\n255\n'; rep 16 '\000\374\000'; printf '\310\310\310'; } >want.ppm
   same out.ppm want.ppm
-  grep -q -F 'lumiYUVToRGB_8u_P3C3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiYUVToRGB_8u_P3C3R' err.txt || die "summary: $(cat err.txt)"
 }
 
 # Planes to planes: G is 253 in the 8-pixel block, 252 in the tail.
@@ -194,12 +228,12 @@ case_yuv2rgb_y4m_to_raw() {
   ok yuv2rgb in.y4m out.rgbp
   { rep 9 '\000'; rep 8 '\375'; printf '\374'; rep 9 '\000'; } >want.rgbp
   same out.rgbp want.rgbp
-  grep -q -F 'lumiYUVToRGB_8u_P3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiYUVToRGB_8u_P3R' err.txt || die "summary: $(cat err.txt)"
 }
 
 case_yuv2rgb_pgm_to_ppm() {
   { printf 'P5\n# planes Y, U, V\n2 3\n255\n'; printf '\200\200\000\200\000\200'; } >in.pgm
-  ok yuv2rgb in.pgm out.ppm
+  ok --planes yuv2rgb in.pgm out.ppm
   { printf 'P6\n2 1\n255\n'; printf '\000\374\000\200\200\200'; } >want.ppm
   same out.ppm want.ppm
 }
@@ -213,7 +247,7 @@ case_pam_alpha_kept() {
     for a in '\001' '\002' '\003' '\004' '\005' '\006' '\007' '\010'; do printf "$Y_BLOCK$a"; done
     printf "$Y_TAIL"'\011'; } >want.pam
   same out.pam want.pam
-  grep -q -F 'lumiRGBToYUV_8u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToYUV_8u_AC4R' err.txt || die "summary: $(cat err.txt)"
   ok yuv2rgb out.pam back.pam
   printf 'P7\nWIDTH 9\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n' >want.txt
   n=$(wc -c <want.txt)
@@ -231,7 +265,7 @@ case_multiple_frames() {
   ok yuv2rgb in.y4m out.ppm
   { printf 'P6\n3 2\n255\n'; rep 6 '\000\374\000'; printf 'P6\n3 2\n255\n'; rep 6 '\144\144\144'; } >want.ppm
   same out.ppm want.ppm
-  grep -q -F '2 frames' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F '2 frames' err.txt || die "summary: $(cat err.txt)"
   ok rgb2yuv out.ppm back.y4m
   n=$(printf 'YUV4MPEG2 W3 H2 F25:1 Ip A1:1 C444\n' | wc -c)
   [ "$(wc -c <back.y4m)" -eq $((n + 2 * (6 + 18))) ] || die "back.y4m does not hold 2 frames"
@@ -260,7 +294,7 @@ case_chart_through_cli() {
 case_rgb2hsv_16u() {
   { printf 'P6\n5 1\n65535\n'; rep 5 '\000\001\000\001\001\000'; } >in.ppm
   ok rgb2hsv in.ppm out.ppm
-  grep -q -F 'lumiRGBToHSV_16u_C3R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToHSV_16u_C3R' err.txt || die "summary: $(cat err.txt)"
   [ "$(samples out.ppm 13 | awk 'NR % 6 == 1 || NR % 6 == 2 || NR % 6 == 5 || NR % 6 == 0' | tr '\n' ' ')" = \
     "170 170 1 0 170 170 1 0 170 170 1 0 170 170 1 0 170 170 1 0 " ] ||
     die "H, V: $(samples out.ppm 13 | tr '\n' ' ')"
@@ -287,9 +321,9 @@ case_rgb2hls_16u_alpha() {
   { printf 'P7\nWIDTH 5\nHEIGHT 1\nDEPTH 4\nMAXVAL 65535\nTUPLTYPE HLS_ALPHA\nENDHDR\n'
     rep 5 '\000\000\001\002\000\000\022\064'; } >want.pam
   same out.pam want.pam
-  grep -q -F 'lumiRGBToHLS_16u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiRGBToHLS_16u_AC4R' err.txt || die "summary: $(cat err.txt)"
   ok hls2rgb out.pam back.pam
-  grep -q -F 'lumiHLSToRGB_16u_AC4R' out.txt || die "summary: $(cat out.txt)"
+  grep -q -F 'lumiHLSToRGB_16u_AC4R' err.txt || die "summary: $(cat err.txt)"
   same back.pam in.pam
 }
 
@@ -467,7 +501,7 @@ case_unsupported_pam_depth() {
 
 case_unsupported_pgm_height() {
   { printf 'P5\n2 2\n255\n'; rep 4 '\200'; } >g.pgm
-  fails 1 g.pgm yuv2rgb g.pgm out.ppm
+  fails 1 g.pgm yuv2rgb --planes g.pgm out.ppm
   says 'is not 3 planes'
   absent out.ppm
 }
@@ -598,6 +632,331 @@ case_usage_errors() {
   fails 2 '' --raw
   fails 2 '' demo a b
   fails 2 '' --raw 2x2 demo
+}
+
+# --- The output appears only when complete ---------------------------------
+
+# A failed run leaves an existing output as it was, also when the failure
+# comes after frames were written, and leaves no temporary file.
+case_failed_run_keeps_output() {
+  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; printf 'FRAME\n'; rep 11 '\200'; } >t.y4m
+  echo precious >keep.ppm
+  chmod 640 keep.ppm
+  fails 1 t.y4m yuv2rgb t.y4m keep.ppm
+  says 'frame 2'
+  [ "$(cat keep.ppm)" = precious ] || die "keep.ppm was changed: $(od -c keep.ppm | head -3)"
+  no_temp
+  # A run that succeeds replaces it, with its permissions.
+  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; } >good.y4m
+  ok yuv2rgb good.y4m keep.ppm
+  { printf 'P6\n2 2\n255\n'; rep 4 '\200\200\200'; } >want.ppm
+  same keep.ppm want.ppm
+  [ "$(stat -c %a keep.ppm)" = 640 ] || die "keep.ppm's mode is $(stat -c %a keep.ppm)"
+  no_temp
+}
+
+# Through a symbolic link the target is replaced in its own folder (the link
+# stays a link); a failed run leaves the target whole.
+case_symlink_target() {
+  mkdir -p sub
+  echo precious >sub/target.ppm
+  ln -s sub/target.ppm link.ppm
+  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; printf 'FRAME\n'; rep 5 '\200'; } >t.y4m
+  fails 1 t.y4m yuv2rgb t.y4m link.ppm
+  [ "$(cat sub/target.ppm)" = precious ] || die "the link's target was changed"
+  [ -L link.ppm ] || die "link.ppm is no longer a link"
+  no_temp . sub
+  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; } >good.y4m
+  ok yuv2rgb good.y4m link.ppm
+  [ -L link.ppm ] || die "link.ppm is no longer a link"
+  { printf 'P6\n2 2\n255\n'; rep 4 '\200\200\200'; } >want.ppm
+  same sub/target.ppm want.ppm
+  no_temp . sub
+  # A link to a file not there yet: the file appears where the link leads.
+  ln -s sub/new.ppm dangling.ppm
+  ok yuv2rgb good.y4m dangling.ppm
+  same sub/new.ppm want.ppm
+  [ -L dangling.ppm ] || die "dangling.ppm is no longer a link"
+}
+
+# A run stopped by SIGTERM or SIGINT leaves the existing output and no
+# temporary file.  lumconv runs in the foreground (a background command of
+# sh ignores SIGINT); its input is a named pipe that a helper fills with one
+# frame, and the helper sends the signal once the temporary output is there.
+case_signal_removes_partial() {
+  signals=TERM
+  # SIGINT ignored by this script already is ignored by lumconv too.
+  ign=$(sed -n 's/^SigIgn:[[:space:]]*//p' /proc/$$/status 2>/dev/null || echo 0)
+  if [ $(( 0x${ign:-0} & 2 )) -eq 0 ]; then signals="TERM INT"; else echo "SIGINT is ignored here; not tried"; fi
+  for sig in $signals; do
+    rm -f in.fifo pid
+    mkfifo in.fifo || die "mkfifo"
+    echo precious >keep.ppm
+    (
+      exec 3<>in.fifo
+      { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; } >&3
+      wait_for_temp
+      kill -"$sig" "$(cat pid)"
+      # Should lumconv live on, the end of its input lets it finish.
+      i=0
+      while kill -0 "$(cat pid)" 2>/dev/null && [ "$i" -lt 40 ]; do sleep 0.05; i=$((i + 1)); done
+    ) &
+    helper=$!
+    sh -c 'echo $$ >pid; exec "$0" yuv2rgb in.fifo keep.ppm' "$LUMCONV" >out.txt 2>err.txt
+    status=$?
+    wait "$helper"
+    [ "$status" -gt 128 ] || die "lumconv was not ended by SIG$sig (status $status): $(cat err.txt)"
+    [ "$(cat keep.ppm)" = precious ] || die "keep.ppm was changed by SIG$sig"
+    no_temp
+  done
+}
+
+# --- The installed tool starts ----------------------------------------------
+
+# Installed to a temporary prefix, the tool runs with no environment at all
+# (no LD_LIBRARY_PATH), and still after the prefix is moved.
+case_install_prefix() {
+  # Run by CTest it has both; a runner that gives only the first three
+  # arguments (lumconv through an emulator, say) has nothing to install.
+  if [ -z "$CMAKE" ] || [ -z "$BUILD" ]; then
+    echo "no <cmake> <build folder> given; not tried"
+    return
+  fi
+  "$CMAKE" --install "$BUILD" --prefix "$DIR/prefix" >install.log 2>&1 || die "install failed: $(cat install.log)"
+  [ -x prefix/bin/lumconv ] || die "no prefix/bin/lumconv"
+  env -i "$DIR/prefix/bin/lumconv" --version >out.txt 2>err.txt || die "installed lumconv: $(cat err.txt)"
+  grep -q 'liblumccw7.so.5.2' out.txt || die "--version: $(cat out.txt)"
+  mv prefix moved
+  { printf 'P6\n17 1\n255\n'; rep 17 "$W3"; } >in.ppm
+  env -i "$DIR/moved/bin/lumconv" rgb2yuv in.ppm out.ppm >out.txt 2>err.txt ||
+    die "moved lumconv: $(cat err.txt)"
+  { printf 'P6\n17 1\n255\n'; rep 16 "$Y_BLOCK"; printf "$Y_TAIL"; } >want.ppm
+  same out.ppm want.ppm
+}
+
+# --- Pipes --------------------------------------------------------------------
+
+case_pipes() {
+  { printf 'P6\n5 1\n255\n'; rep 3 "$W3"; rep 2 '\000\000\000'; } >in.ppm
+  { printf 'P6\n5 1\n255\n'; rep 3 '\000\000\377'; rep 2 '\000\000\000'; } >want.ppm
+  cat in.ppm | "$LUMCONV" rgb2hsv - - --to ppm 2>e1.txt | "$LUMCONV" hsv2rgb - - --to ppm 2>e2.txt >back.ppm
+  same back.ppm in.ppm
+  grep -q '^standard input -> standard output: 5x1, 1 frame, lumiRGBToHSV_8u_C3R$' e1.txt ||
+    die "summary: $(cat e1.txt)"
+  grep -q '^standard input -> standard output: 5x1, 1 frame, lumiHSVToRGB_8u_C3R$' e2.txt ||
+    die "summary: $(cat e2.txt)"
+  # Standard output holds the image and nothing else; the summary is on stderr.
+  ok rgb2hsv in.ppm - --to ppm
+  same out.txt want.ppm
+  grep -q -F 'in.ppm -> standard output: 5x1, 1 frame' err.txt || die "summary: $(cat err.txt)"
+  ok rgb2hsv in.ppm out.ppm
+  [ ! -s out.txt ] || die "stdout not empty: $(cat out.txt)"
+  # -q: nothing on stderr.
+  run -q rgb2hsv in.ppm quiet.ppm
+  [ "$status" -eq 0 ] && [ ! -s err.txt ] || die "-q: status $status, $(cat err.txt)"
+  same quiet.ppm want.ppm
+  # --to for a file too, and to planes: the output's format from --to.
+  ok rgb2yuv in.ppm - --to=y4m
+  head -n 1 out.txt >h.txt
+  printf 'YUV4MPEG2 W5 H1 F25:1 Ip A1:1 C444\n' >want.txt
+  same h.txt want.txt
+  # Headerless planes from a pipe.
+  { rep 17 '\377'; rep 17 '\377'; rep 17 '\377'; } >in.rgbp
+  cat in.rgbp | "$LUMCONV" --raw 17x1 rgb2yuv - out.yuv 2>err.txt || die "raw from a pipe: $(cat err.txt)"
+  [ "$(wc -c <out.yuv)" -eq 51 ] || die "out.yuv holds $(wc -c <out.yuv) bytes"
+  # Errors name standard input and output.
+  fails 2 '' rgb2hsv in.ppm -
+  says 'needs --to FORMAT'
+  fails 2 '' rgb2hsv in.ppm - --to png
+  says "--to 'png'"
+  : >empty.ppm
+  fails 1 'standard input' rgb2hsv - out2.ppm <empty.ppm
+  says 'empty input'
+  printf 'P6\n2 2\n255\n\377' >short.ppm
+  fails 1 'standard input' rgb2hsv - out2.ppm <short.ppm
+  says 'truncated pixel data'
+  absent out2.ppm
+}
+
+# --- A PGM is one grey image unless --planes --------------------------------
+
+case_grey_pgm() {
+  { printf 'P5\n4 3\n255\n'; rep 12 '\100'; } >g.pgm
+  ok copy g.pgm out.pgm
+  same out.pgm g.pgm
+  grep -q -F 'g.pgm -> out.pgm: 4x3, 1 frame' err.txt || die "summary: $(cat err.txt)"
+  # A height that is no multiple of 3 is fine for a grey image.
+  { printf 'P5\n4 2\n255\n'; rep 8 '\100'; } >g2.pgm
+  ok copy g2.pgm out2.pgm
+  same out2.pgm g2.pgm
+  # The colour conversions need three channels and say what to do.
+  fails 1 g.pgm rgb2yuv g.pgm out.y4m
+  says 'rgb2yuv needs three channels'
+  says 'give --planes'
+  fails 1 g.pgm rgb2hsv g.pgm out.ppm
+  says 'needs three channels'
+  # With --planes the PGM is planes of a third of its height.
+  ok --planes rgb2yuv g.pgm out.y4m
+  grep -q -F 'g.pgm -> out.y4m: 4x1, 1 frame' err.txt || die "summary: $(cat err.txt)"
+  # Grey pixels go to a .pgm only.
+  fails 1 g.pgm copy g.pgm out.ppm
+  says 'write a .pgm'
+  absent out.ppm
+}
+
+# --- Words a user understands ---------------------------------------------------
+
+case_plain_words() {
+  { printf 'P6\n2 1\n65535\n'; rep 12 '\001'; } >w.ppm
+  fails 1 w.ppm rgb2yuv w.ppm out.y4m
+  says 'YUV4MPEG2 output is 8-bit'
+  says 'reduce the input to 8 bits first, e.g. pamdepth 255 w.ppm >w-8bit.ppm'
+  fails 1 out.y4m rgb2hsv w.ppm out.y4m
+  says 'this file holds YUV, the conversion makes HSV'
+  fails 1 w.ppm copy w.ppm out.yuv
+  says 'output is 8-bit: write a .ppm or .pam'
+  { printf 'P6\n1 1\n255\n'; printf '\200\000\000'; } >y.ppm
+  fails 1 y.ppm yuv2rgb y.ppm out.rgbp
+  says 'yuv2rgb makes RGB planes (raw planes) only from other input: give it a .y4m'
+  says 'or write a .ppm or .pam'
+  { printf 'P7\nWIDTH 1\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n'; printf "$W3"'\200'; } >a.pam
+  fails 1 a.pam rgb2yuv a.pam out.y4m
+  says 'YUV4MPEG2 has no alpha channel: write a .pam to keep the alpha'
+  absent out.y4m out.yuv out.rgbp
+  # --list explains the conversions and which YUV this is.
+  ok --list
+  for text in 'U = 0.492 (B - Y) + 128' 'V = 0.877 (R - Y) + 128' 'not the YCbCr' \
+    'rgb2hsv:' 'rgb2hls:' 'copy:' 'Forms: 8u and 16u'; do
+    grep -q -F "$text" out.txt || die "--list lacks '$text'"
+  done
+}
+
+case_version() {
+  ok --version
+  head -n 1 out.txt | grep -q '^lumconv [0-9][0-9.]*$' || die "--version: $(cat out.txt)"
+  # The library's version record, field by field.
+  for text in 'liblumccw7.so.5.2' 'version 5.2 (5.2.108.321)' 'w7 build' 'Jul 11 2007'; do
+    grep -q -F "$text" out.txt || die "--version lacks '$text': $(cat out.txt)"
+  done
+}
+
+# --- Hostile headers ----------------------------------------------------------
+
+# From a pipe the bytes to come are not known: a header announcing more than
+# the frame limit fails at once with a clear error, without the allocation.
+case_hostile_pipe() {
+  { printf 'P6\n100000 100000\n255\n'; rep 4 "$W3"; } >h.ppm
+  cat h.ppm | "$LUMCONV" rgb2hsv - out.ppm >out.txt 2>err.txt && die "a huge header from a pipe passed"
+  [ "$(wc -l <err.txt)" -eq 1 ] || die "not one line: $(cat err.txt)"
+  says 'lumconv: standard input: the header announces 30000000000 bytes of pixel data'
+  says 'save it to a file'
+  { printf 'YUV4MPEG2 W65536 H65536 C444\nFRAME\n'; rep 4 '\200'; } >h.y4m
+  cat h.y4m | "$LUMCONV" yuv2rgb - out.ppm >out.txt 2>err.txt && die "a huge Y4M header from a pipe passed"
+  says 'the header announces 12884901888 bytes of pixel data of frame 1'
+  rep 4 '\200' | "$LUMCONV" --raw 30000x30000 rgb2yuv - out.y4m >out.txt 2>err.txt && die "a huge raw frame from a pipe passed"
+  says 'announces 2700000000 bytes'
+  # Below the limit, a short pipe is a truncated image.
+  { printf 'P6\n1000 1000\n255\n'; rep 4 "$W3"; } | "$LUMCONV" rgb2hsv - out.ppm >out.txt 2>err.txt &&
+    die "a short pipe passed"
+  says 'truncated pixel data'
+  # From a file the limit is the file's size.
+  fails 1 h.ppm rgb2hsv h.ppm out.ppm
+  says 'truncated pixel data (30000000000 bytes needed, 12 left)'
+  absent out.ppm out.y4m
+}
+
+# --- Long runs ------------------------------------------------------------------
+
+case_progress() {
+  { printf 'YUV4MPEG2 W2 H1 F30000:1001 It A4:3 C444\n'
+    for f in 1 2 3; do printf 'FRAME\n'; rep 6 '\200'; done; } >in.y4m
+  # stderr is no terminal here: no progress unless asked for.
+  ok copy in.y4m out.y4m
+  grep -q 'frame 1' err.txt && die "progress on a file: $(cat err.txt)"
+  run --progress copy in.y4m out.y4m
+  [ "$status" -eq 0 ] || die "--progress: $(cat err.txt)"
+  grep -q 'lumconv: out.y4m: frame 3 of 3' err.txt || die "progress: $(od -c err.txt | head)"
+  grep -q -F 'in.y4m -> out.y4m: 2x1, 3 frames' err.txt || die "summary after progress: $(cat err.txt)"
+  # From a pipe the count of frames is not known.
+  cat in.y4m | "$LUMCONV" --progress copy - out2.y4m 2>err.txt || die "$(cat err.txt)"
+  grep -q 'frame 3 *$' err.txt || die "progress from a pipe: $(od -c err.txt | head)"
+  grep -q 'frame 3 of' err.txt && die "a count of frames from a pipe: $(cat err.txt)"
+  run -q --progress copy in.y4m out.y4m
+  [ ! -s err.txt ] || die "-q shows progress: $(cat err.txt)"
+  # A PNM stream: every image counts alike, the first too.
+  rep 10 'P6\n1 1\n255\n\377\377\377' >many.ppm
+  run --progress copy many.ppm many-out.ppm
+  grep -q 'frame 1 of 10' err.txt && grep -q 'frame 10 of 10' err.txt ||
+    die "progress of a PNM stream: $(od -c err.txt | head)"
+  same many-out.ppm many.ppm
+  # On a terminal it shows by itself (where script(1) can make one).
+  if command -v script >/dev/null 2>&1 && script -q -e -c true /dev/null >/dev/null 2>&1; then
+    script -q -e -c "'$LUMCONV' copy in.y4m tty.y4m" /dev/null >tty.txt 2>&1 </dev/null ||
+      die "under script: $(cat tty.txt)"
+    grep -q 'frame 3 of 3' tty.txt || die "no progress on a terminal: $(od -c tty.txt | head)"
+  fi
+}
+
+# A .y4m output keeps the frame rate, interlacing and aspect of a .y4m input;
+# --rate and --aspect set them (an input without them gives 25:1 and 1:1).
+case_y4m_rate_kept() {
+  { printf 'YUV4MPEG2 W2 H1 F30000:1001 It A4:3 C444 XCOMMENT\n'
+    printf 'FRAME\n'; rep 6 '\200'; } >in.y4m
+  ok copy in.y4m out.y4m
+  head -n 1 out.y4m >h.txt
+  printf 'YUV4MPEG2 W2 H1 F30000:1001 It A4:3 C444\n' >want.txt
+  same h.txt want.txt
+  grep -q -F 'F30000:1001 A4:3' err.txt || die "summary: $(cat err.txt)"
+  tail -c 6 out.y4m >a.bin
+  tail -c 6 in.y4m >b.bin
+  same a.bin b.bin
+  ok copy --rate 24000:1001 in.y4m out2.y4m
+  head -n 1 out2.y4m >h.txt
+  printf 'YUV4MPEG2 W2 H1 F24000:1001 It A4:3 C444\n' >want.txt
+  same h.txt want.txt
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; } >w.ppm
+  ok rgb2yuv w.ppm --rate=50:1 --aspect 16:15 out3.y4m
+  head -n 1 out3.y4m >h.txt
+  printf 'YUV4MPEG2 W1 H1 F50:1 Ip A16:15 C444\n' >want.txt
+  same h.txt want.txt
+  fails 2 '' rgb2yuv --rate 25 w.ppm out4.y4m
+  says "--rate '25' is not a ratio"
+  fails 2 '' rgb2yuv --aspect w.ppm
+  absent out4.y4m
+}
+
+# A named pipe or a device as the output is written directly (nothing to
+# replace), and stays what it is.
+case_fifo_output() {
+  { printf 'P6\n5 1\n255\n'; rep 3 "$W3"; rep 2 '\000\000\000'; } >in.ppm
+  { printf 'P6\n5 1\n255\n'; rep 3 '\000\000\377'; rep 2 '\000\000\000'; } >want.ppm
+  mkfifo out.fifo || die "mkfifo"
+  cat out.fifo >got.ppm &
+  reader=$!
+  run rgb2hsv in.ppm out.fifo --to ppm
+  # Should lumconv fail before it opens the pipe, an open here ends the reader.
+  [ "$status" -eq 0 ] || { : >out.fifo; wait "$reader"; die "status $status: $(cat err.txt)"; }
+  wait "$reader"
+  same got.ppm want.ppm
+  [ -p out.fifo ] || die "out.fifo is no longer a named pipe"
+  no_temp
+}
+
+# Binary data is not sent to a terminal, nor read from one (where script(1)
+# can make a terminal).
+case_terminal_refused() {
+  { printf 'P6\n1 1\n255\n'; printf "$W3"; } >in.ppm
+  if ! command -v script >/dev/null 2>&1 || ! script -q -e -c true /dev/null >/dev/null 2>&1 </dev/null; then
+    echo "no script(1) here; not tried"
+    return
+  fi
+  script -q -e -c "'$LUMCONV' rgb2hsv in.ppm - --to ppm" /dev/null >tty.txt 2>&1 </dev/null &&
+    die "wrote to a terminal: $(od -c tty.txt | head -3)"
+  grep -q 'lumconv: standard output: is a terminal' tty.txt || die "$(cat tty.txt)"
+  script -q -e -c "'$LUMCONV' rgb2hsv - out.ppm" /dev/null >tty.txt 2>&1 </dev/null &&
+    die "read a terminal"
+  grep -q 'lumconv: standard input: is a terminal' tty.txt || die "$(cat tty.txt)"
+  absent out.ppm
 }
 
 command -v "case_$CASE" >/dev/null 2>&1 || die "no such case"

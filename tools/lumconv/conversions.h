@@ -26,11 +26,18 @@ using PixelsToPlanes8 = LumStatus (*)(const Lum8u*, int, Lum8u* const*, int, Lum
 using PlanesToPixels8 = LumStatus (*)(const Lum8u* const*, int, Lum8u*, int, LumSize);  // P3C3
 using Planes8 = LumStatus (*)(const Lum8u* const*, int, Lum8u* const*, int, LumSize);   // P3
 using Pixels16 = LumStatus (*)(const Lum16u*, int, Lum16u*, int, LumSize);              // C3, AC4
-using Function = std::variant<Pixels8, PixelsToPlanes8, PlanesToPixels8, Planes8, Pixels16>;
+// A function on one-channel 8-bit rows run over an image's rows of bytes,
+// whatever its layout and depth (the copy).
+struct Bytes {
+  LumStatus (*f)(const Lum8u*, int, Lum8u*, int, LumSize);
+};
+using Function = std::variant<Pixels8, PixelsToPlanes8, PlanesToPixels8, Planes8, Pixels16, Bytes>;
 
+// A row's model Unknown means any model, kept as it comes (the copy).
 struct Conversion {
   const char* name;         // as typed on the command line
   const char* description;  // one line for --list
+  const char* words;        // what it does, in plain words, for --list
   Kind in;
   Kind out;
   const char* functionName;
@@ -46,10 +53,16 @@ const Conversion* findName(const std::string& name);
 const Conversion* findConversion(const std::string& name, Layout in, Layout out, Depth depth);
 // "C3" for C3 -> C3, "C3->P3" for C3 -> P3, ...
 std::string formName(Layout in, Layout out);
+// Whether name has a row taking `in` at depth with any output layout.
+bool hasForm(const std::string& name, Layout in, Depth depth);
+bool hasDepth(const std::string& name, Depth depth);
 // The forms a conversion has, e.g. "8u C3, AC4, C3->P3, P3".
 std::string formsOf(const std::string& name);
 // The lines --list prints.
 std::string listing();
+
+// The model a row makes from src (its own, or src's for the copy).
+Model outputModel(const Conversion& row, Model src);
 
 // Sizes dst like src in the row's output kind and runs the row's function.
 // An AC4 destination starts as a copy of the source, so its alpha is the

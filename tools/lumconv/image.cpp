@@ -13,6 +13,7 @@ const char* layoutName(Layout layout) {
     case Layout::C3: return "C3";
     case Layout::AC4: return "AC4";
     case Layout::P3: return "P3";
+    case Layout::C1: return "C1";
   }
   return "?";
 }
@@ -56,12 +57,23 @@ size_t checkedAdd(const std::string& file, size_t a, size_t b) {
   return r;
 }
 
+uint64_t announcedBytes(int64_t width, int64_t height, Layout layout, Depth depth) {
+  if (width < 1 || height < 1) return 0;
+  const uint64_t channels = layout == Layout::AC4 ? 4 : layout == Layout::C1 ? 1 : 3;
+  const uint64_t bytes = depth == Depth::U16 ? 2 : 1;
+  uint64_t total = 0;
+  if (__builtin_mul_overflow(static_cast<uint64_t>(width), static_cast<uint64_t>(height), &total) ||
+      __builtin_mul_overflow(total, channels * bytes, &total))
+    return UINT64_MAX;
+  return total;
+}
+
 size_t checkedImageBytes(const std::string& file, int64_t width, int64_t height, Layout layout,
                          Depth depth) {
   if (width < 1 || height < 1)
     fail(file, "empty image (" + std::to_string(width) + "x" + std::to_string(height) + ")");
   if (width > INT32_MAX || height > INT32_MAX) fail(file, "width or height beyond 2147483647");
-  const int64_t channels = layout == Layout::AC4 ? 4 : 3;
+  const int64_t channels = layout == Layout::AC4 ? 4 : layout == Layout::C1 ? 1 : 3;
   const int64_t bytes = depth == Depth::U16 ? 2 : 1;
   const int64_t rowSamples = layout == Layout::P3 ? width : width * channels;
   // The library takes a row's step as an int.

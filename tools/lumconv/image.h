@@ -25,7 +25,8 @@ struct Error {
 enum class Layout {
   C3,   // three samples a pixel, interleaved
   AC4,  // four samples a pixel, the fourth is alpha
-  P3    // three planes, one after the other, each width * height samples
+  P3,   // three planes, one after the other, each width * height samples
+  C1    // one sample a pixel: a grey image
 };
 
 enum class Depth { U8, U16 };
@@ -33,7 +34,7 @@ enum class Depth { U8, U16 };
 // The colour model the samples stand for, where a file says so.
 enum class Model { Unknown, RGB, YUV, HSV, HLS };
 
-const char* layoutName(Layout layout);         // "C3", "AC4", "P3"
+const char* layoutName(Layout layout);         // "C3", "AC4", "P3", "C1"
 const char* depthName(Depth depth);            // "8u", "16u"
 const char* modelName(Model model);            // "RGB", "YUV", ... ("" for Unknown)
 Model modelFromName(const std::string& name);  // the prefix of a PAM tuple type
@@ -58,9 +59,9 @@ struct Image {
   std::vector<Lum8u> data8;
   std::vector<Lum16u> data16;
 
-  int channels() const { return layout == Layout::AC4 ? 4 : 3; }
+  int channels() const { return layout == Layout::AC4 ? 4 : layout == Layout::C1 ? 1 : 3; }
   int bytesPerSample() const { return depth == Depth::U16 ? 2 : 1; }
-  // Samples in one row: of pixels (C3, AC4) or of one plane (P3).
+  // Samples in one row: of pixels (C3, AC4, C1) or of one plane (P3).
   size_t rowSamples() const;
   // Byte distance between rows, as the library's step arguments take it.
   int step() const { return static_cast<int>(rowSamples()) * bytesPerSample(); }
@@ -89,6 +90,11 @@ struct Image {
 // sizes can be computed; returns the total byte count.
 size_t checkedImageBytes(const std::string& file, int64_t width, int64_t height, Layout layout,
                          Depth depth);
+
+// The bytes a header announces for an image, in 64 bits on every target
+// (UINT64_MAX if even that overflows): what InFile::need checks against the
+// bytes that can exist before the machine's own limits are looked at.
+uint64_t announcedBytes(int64_t width, int64_t height, Layout layout, Depth depth);
 
 // a * b and a + b for sizes, failing with file's name on overflow.
 size_t checkedMul(const std::string& file, size_t a, size_t b);

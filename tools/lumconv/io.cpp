@@ -9,8 +9,13 @@ namespace lumconv {
 
 namespace {
 
-// The extension of path's last component, lower case, without the dot.
-std::string extension(const std::string& path) {
+bool isRawExtension(const std::string& ext) {
+  return ext == "yuv" || ext == "rgbp" || ext == "raw";
+}
+
+}  // namespace
+
+std::string extensionOf(const std::string& path) {
   const size_t slash = path.find_last_of('/');
   const size_t dot = path.find_last_of('.');
   if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return "";
@@ -20,11 +25,20 @@ std::string extension(const std::string& path) {
   return ext;
 }
 
-bool isRawExtension(const std::string& ext) {
-  return ext == "yuv" || ext == "rgbp" || ext == "raw";
+bool formatFromExtension(const std::string& ext, FileFormat& format) {
+  if (ext == "ppm") format = FileFormat::PPM;
+  else if (ext == "pgm") format = FileFormat::PGM;
+  else if (ext == "pam") format = FileFormat::PAM;
+  else if (ext == "pnm") format = FileFormat::PNM;
+  else if (ext == "y4m") format = FileFormat::Y4M;
+  else if (isRawExtension(ext)) format = FileFormat::Raw;
+  else return false;
+  return true;
 }
 
-}  // namespace
+const char* knownExtensions() {
+  return ".ppm, .pam, .pgm, .pnm, .y4m, .yuv, .rgbp or .raw";
+}
 
 const char* formatName(FileFormat format) {
   switch (format) {
@@ -58,45 +72,46 @@ bool parseRawSize(const std::string& text, RawSize& size) {
   return true;
 }
 
-std::unique_ptr<FrameReader> openReader(const std::string& path, const RawSize& raw) {
+std::unique_ptr<FrameReader> openReader(const std::string& path, const ReadOptions& options) {
   auto in = std::make_unique<InFile>(path);
-  if (raw.given) return makeRawReader(std::move(in), raw, formatModel(FileFormat::Raw, path));
+  const std::string& name = in->path();
+  if (options.raw.given)
+    return makeRawReader(std::move(in), options.raw,
+                         formatModel(FileFormat::Raw, extensionOf(path)));
 
   const int first = in->get();
-  if (first == EOF) fail(path, "empty file");
+  if (first == EOF) fail(name, path == "-" ? "empty input" : "empty file");
   if (first == 'P') {
     const int digit = in->get();
-    if (digit == EOF) fail(path, "truncated header");
-    if (digit >= '0' && digit <= '9') return makePnmReader(std::move(in), digit - '0');
+    if (digit == EOF) fail(name, "truncated header");
+    if (digit >= '0' && digit <= '9')
+      return makePnmReader(std::move(in), digit - '0', options.pgmPlanes);
   } else if (first == 'Y') {
     static const char rest[] = "UV4MPEG2";
     size_t i = 0;
     int c = 0;
     while (rest[i] && (c = in->get()) == rest[i]) ++i;
     if (!rest[i]) return makeY4mReader(std::move(in));
-    if (c == EOF) fail(path, "truncated header");
+    if (c == EOF) fail(name, "truncated header");
   }
-  if (isRawExtension(extension(path)))
-    fail(path, "headerless planes: give their size with --raw WxH");
-  fail(path, "not a PNM (P5, P6, P7) or YUV4MPEG2 file");
+  if (isRawExtension(extensionOf(path)))
+    fail(name, "headerless planes: give their size with --raw WxH");
+  fail(name, std::string("not a PNM (P5, P6, P7) or YUV4MPEG2 ") +
+                 (path == "-" ? "stream" : "file") +
+                 " (headerless planes need --raw WxH)");
 }
 
-FileFormat outputFormat(const std::string& path) {
-  const std::string ext = extension(path);
-  if (ext == "ppm") return FileFormat::PPM;
-  if (ext == "pgm") return FileFormat::PGM;
-  if (ext == "pam") return FileFormat::PAM;
-  if (ext == "pnm") return FileFormat::PNM;
-  if (ext == "y4m") return FileFormat::Y4M;
-  if (isRawExtension(ext)) return FileFormat::Raw;
+FileFormat outputFormat(const std::string& path, const std::string& ext) {
+  FileFormat format;
+  if (formatFromExtension(ext, format)) return format;
   fail(path,
        (ext.empty() ? std::string("no extension") : "unknown output extension '" + ext + "'") +
-           " (.ppm, .pam, .pgm, .pnm, .y4m, .yuv, .rgbp or .raw)");
+           " (" + knownExtensions() + ")");
 }
 
 Layout outputLayout(FileFormat format, Layout in) {
   switch (format) {
-    case FileFormat::PGM:
+    case FileFormat::PGM: return in == Layout::C1 ? Layout::C1 : Layout::P3;
     case FileFormat::Y4M:
     case FileFormat::Raw: return Layout::P3;
     case FileFormat::PNM: return in;
@@ -106,30 +121,35 @@ Layout outputLayout(FileFormat format, Layout in) {
   return in == Layout::AC4 ? Layout::AC4 : Layout::C3;
 }
 
-Model formatModel(FileFormat format, const std::string& path) {
+Model formatModel(FileFormat format, const std::string& ext) {
   if (format == FileFormat::Y4M) return Model::YUV;
   if (format == FileFormat::Raw) {
-    const std::string ext = extension(path);
     if (ext == "yuv") return Model::YUV;
     if (ext == "rgbp") return Model::RGB;
   }
   return Model::Unknown;
 }
 
-void checkWritable(const std::string& path, FileFormat format, const Image& frame) {
+void checkWritable(const std::string& path, FileFormat format, const std::string& ext,
+                   const Image& frame, const std::string& instead) {
   const bool planes = frame.layout == Layout::P3;
+  const bool grey = frame.layout == Layout::C1;
   switch (format) {
     case FileFormat::PPM:
       if (frame.layout == Layout::AC4)
         fail(path, "PPM has no alpha channel: write a .pam to keep it");
-      if (planes) fail(path, "PPM holds pixels, not planes");
+      if (planes) fail(path, "PPM holds pixels, not planes: write a .pgm, .y4m or raw planes");
+      if (grey) fail(path, "PPM holds colour pixels: write the grey image to a .pgm");
       break;
     case FileFormat::PAM:
-      if (planes) fail(path, "PAM holds pixels, not planes");
+      if (planes) fail(path, "PAM holds pixels, not planes: write a .pgm, .y4m or raw planes");
+      if (grey)
+        fail(path, "lumconv writes PAM with 3 or 4 channels: write the grey image to a .pgm");
       break;
     case FileFormat::PGM:
-      if (!planes) fail(path, "PGM holds planes, not pixels");
-      if (frame.height > INT32_MAX / 3) fail(path, "3 planes of this height don't fit a PGM");
+      if (!planes && !grey) fail(path, "PGM holds planes, not pixels: write a .ppm or .pam");
+      if (planes && frame.height > INT32_MAX / 3)
+        fail(path, "3 planes of this height don't fit a PGM");
       break;
     case FileFormat::PNM:
       if (planes && frame.height > INT32_MAX / 3)
@@ -137,15 +157,24 @@ void checkWritable(const std::string& path, FileFormat format, const Image& fram
       break;
     case FileFormat::Y4M:
     case FileFormat::Raw:
-      if (!planes) fail(path, std::string(formatName(format)) + " holds planes, not pixels");
+      if (!planes)
+        fail(path, std::string(formatName(format)) +
+                       " holds three planes, not pixels: write a .ppm, .pam or .pgm");
       if (frame.depth != Depth::U8)
-        fail(path, std::string(formatName(format)) + " output is 8-bit");
+        fail(path, std::string(formatName(format)) +
+                       " output is 8-bit: write a .ppm or .pam, or reduce the input to 8 bits "
+                       "first (e.g. pamdepth 255 in.ppm >in8.ppm)");
       break;
   }
-  const Model model = formatModel(format, path);
-  if (model != Model::Unknown && frame.model != Model::Unknown && model != frame.model)
-    fail(path, std::string("this file holds ") + modelName(model) + ", the conversion makes " +
-                   modelName(frame.model));
+  checkModel(path, format, ext, frame.model, instead);
+}
+
+void checkModel(const std::string& path, FileFormat format, const std::string& ext, Model model,
+                const std::string& instead) {
+  const Model holds = formatModel(format, ext);
+  if (holds != Model::Unknown && model != Model::Unknown && holds != model)
+    fail(path, std::string("this file holds ") + modelName(holds) + ", the conversion makes " +
+                   modelName(model) + (instead.empty() ? "" : " (write " + instead + ")"));
 }
 
 std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format) {

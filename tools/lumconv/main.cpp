@@ -1,12 +1,16 @@
 // lumconv: converts image files with liblumcc's colour conversions.
 //
-//   lumconv [--raw WxH] <conversion> <input> <output>
-//   lumconv --list | --help | demo [folder]
+//   lumconv [options] <conversion> <input> <output>
+//   lumconv --list | --help | --version | demo [folder]
 //
 // Exit status: 0 done, 1 a file could not be read, converted or written,
 // 2 wrong usage.  Every failure is one line on stderr.
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <new>
@@ -20,6 +24,10 @@
 #include "io.h"
 #include "lumcc.h"
 
+#ifndef LUMCONV_VERSION
+#define LUMCONV_VERSION "unknown"
+#endif
+
 namespace lumconv {
 namespace {
 
@@ -28,30 +36,50 @@ struct UsageError {
 };
 
 const char kHelp[] =
-    "usage: lumconv <conversion> <input> <output>\n"
-    "       lumconv --raw WxH <conversion> <input> <output>\n"
-    "       lumconv --list\n"
+    "usage: lumconv <conversion> <input> <output> [options]\n"
+    "       lumconv --list        the conversions, and what they do\n"
+    "       lumconv --version     this tool's and the library's version\n"
     "       lumconv demo [folder]\n"
     "       lumconv --help\n"
     "\n"
     "Converts an image file with one of liblumcc's colour conversions\n"
     "(lumconv --list shows them).  The input's format comes from its first\n"
-    "bytes, the output's from its extension:\n"
+    "bytes, the output's from its extension (or --to):\n"
     "  .ppm   PPM (P6), 3 samples a pixel, maxval 255 or 65535\n"
     "  .pam   PAM (P7), DEPTH 3, or 4 with alpha (TUPLTYPE RGB_ALPHA, YUV_ALPHA...);\n"
     "         alpha is carried over unchanged\n"
-    "  .pgm   PGM (P5), the three planes one above the other (height 3 H)\n"
+    "  .pgm   PGM (P5): read, one grey image, or with --planes three planes one\n"
+    "         above the other (height 3 H); planes are written that way\n"
     "  .pnm   PPM, PAM or PGM, as the image comes\n"
-    "  .y4m   YUV4MPEG2 with C444: 8-bit planes Y, U, V\n"
+    "  .y4m   YUV4MPEG2 with C444: 8-bit planes Y, U, V; the frame rate and\n"
+    "         aspect of a .y4m input are kept (else 25:1 and 1:1, or --rate, --aspect)\n"
     "  .yuv .rgbp .raw\n"
     "         headerless 8-bit planes (Y, U, V or R, G, B); as input they need\n"
     "         --raw WxH, and the file must hold whole frames\n"
     "16-bit samples (maxval 65535, big-endian) go to the conversions that have a\n"
     "16u form.  Pixels (PPM, PAM) use the library's pixel-order functions\n"
-    "(C3, AC4), planes (.y4m, .pgm, raw) its planar ones (P3, C3P3, P3C3).\n"
-    "Every frame of the input is converted: all frames of a .y4m or raw file,\n"
-    "all images of a PNM stream; a .ppm, .pam or .pgm output then holds them one\n"
-    "after the other.\n"
+    "(C3, AC4), planes (.y4m, PGM with --planes, raw) its planar ones (P3, C3P3,\n"
+    "P3C3).  Every frame of the input is converted: all frames of a .y4m or raw\n"
+    "file, all images of a PNM stream; a .ppm, .pam or .pgm output then holds\n"
+    "them one after the other.  The output appears only when complete: a failed\n"
+    "or interrupted run leaves an existing output file as it was.\n"
+    "\n"
+    "Options:\n"
+    "  -              as <input>: standard input; as <output>: standard output\n"
+    "  --to FORMAT    the output's format (ppm, pam, pgm, pnm, y4m, yuv, rgbp, raw);\n"
+    "                 needed when the output is -\n"
+    "  --raw WxH      the input is headerless planes of this size\n"
+    "  --planes       read a PGM as three planes one above the other\n"
+    "  --rate A:B     frame rate of a .y4m output (e.g. 30000:1001)\n"
+    "  --aspect A:B   pixel aspect of a .y4m output (e.g. 1:1)\n"
+    "  -q, --quiet    no summary line on stderr\n"
+    "  --progress     show progress on stderr even when it is not a terminal\n"
+    "                 (on a terminal it shows by itself)\n"
+    "\n"
+    "Examples:\n"
+    "  lumconv rgb2yuv photo.ppm photo.y4m\n"
+    "  lumconv yuv2rgb photo.y4m back.ppm\n"
+    "  cat photo.ppm | lumconv rgb2hsv - - --to ppm > photo-hsv.ppm\n"
     "\n"
     "lumconv demo [folder] converts a built-in colour chart RGB -> YUV -> RGB,\n"
     "through the pixel-order and the planar functions, prints the largest\n"
@@ -60,6 +88,64 @@ const char kHelp[] =
     "\n"
     "Exit status: 0 done, 1 a file could not be read, converted or written,\n"
     "2 wrong usage.\n";
+
+struct Options {
+  ReadOptions read;
+  std::string to;  // the output's extension from --to, lower case
+  std::string rate, aspect;
+  bool quiet = false;
+  bool progress = false;  // --progress: also when stderr is not a terminal
+};
+
+// Frames done (of how many, when the input's size tells) on stderr, on one
+// line rewritten in place, at most ten times a second.  The line ends when
+// the run ends, an error too (the destructor), so that a message that
+// follows starts a line of its own.
+class Progress {
+ public:
+  Progress(bool on, const std::string& output) : on_(on), output_(output) {}
+  ~Progress() { end(); }
+
+  void frameDone(long frames, int64_t total) {
+    if (!on_) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (shown_ && now - last_ < std::chrono::milliseconds(100)) {
+      pending_ = true;
+      frames_ = frames;
+      total_ = total;
+      return;
+    }
+    frames_ = frames;
+    total_ = total;
+    show();
+    last_ = now;
+  }
+
+  // Shows the last count and ends the line.
+  void end() {
+    if (!on_) return;
+    if (pending_) show();
+    if (shown_) std::fputc('\n', stderr);
+    on_ = false;
+  }
+
+ private:
+  void show() {
+    std::fprintf(stderr, "\rlumconv: %s: frame %ld", output_.c_str(), frames_);
+    if (total_ >= frames_) std::fprintf(stderr, " of %lld", static_cast<long long>(total_));
+    std::fputs("  ", stderr);  // over the end of a longer line before
+    std::fflush(stderr);
+    shown_ = true;
+    pending_ = false;
+  }
+
+  bool on_;
+  std::string output_;
+  bool shown_ = false, pending_ = false;
+  long frames_ = 0;
+  int64_t total_ = -1;
+  std::chrono::steady_clock::time_point last_;
+};
 
 void warnStatus(const std::string& file, const Conversion& row, LumStatus status) {
   if (status > 0)
@@ -72,63 +158,255 @@ std::string describe(const Image& img) {
          " " + layoutName(img.layout);
 }
 
+// "RGB pixels", "YUV planes", "grey pixels", ... (the model left out when
+// not known).
+std::string kindWords(Layout layout, Model model) {
+  std::string m = model == Model::Unknown ? "" : std::string(modelName(model)) + " ";
+  switch (layout) {
+    case Layout::C3: return m + "pixels";
+    case Layout::AC4: return m + "pixels with alpha";
+    case Layout::P3: return m + "planes";
+    case Layout::C1: return "grey images";
+  }
+  return "?";
+}
+
+// The input formats that give `layout`.
+std::string inputFormats(Layout layout) {
+  switch (layout) {
+    case Layout::C3: return "a PPM or PAM";
+    case Layout::AC4: return "a PAM with alpha";
+    case Layout::P3: return "a .y4m, raw planes (--raw WxH) or a PGM with --planes";
+    case Layout::C1: return "a grey PGM";
+  }
+  return "?";
+}
+
+// The output formats that store `layout` of `model`.
+std::string outputFormats(Layout layout, Model model) {
+  switch (layout) {
+    case Layout::C3: return "a .ppm or .pam";
+    case Layout::AC4: return "a .pam";
+    case Layout::C1: return "a .pgm";
+    case Layout::P3:
+      if (model == Model::YUV) return "a .y4m, .yuv or .pgm";
+      if (model == Model::RGB) return "a .rgbp or .pgm";
+      return "a .pgm or .raw";
+  }
+  return "?";
+}
+
+// "a or b", "a, b or c".
+std::string joinOr(const std::vector<std::string>& items) {
+  std::string text;
+  for (size_t i = 0; i < items.size(); ++i) {
+    if (i > 0) text += i + 1 == items.size() ? " or " : ", ";
+    text += items[i];
+  }
+  return text;
+}
+
+// The files a conversion can write, e.g. "a .ppm or .pam".
+std::string outputsOf(const Conversion& any) {
+  std::vector<std::string> outs;
+  size_t count = 0;
+  const Conversion* table = conversionTable(&count);
+  for (size_t i = 0; i < count; ++i) {
+    if (std::string(any.name) != table[i].name) continue;
+    const Layout layout = table[i].out.layout == Layout::AC4 ? Layout::C3 : table[i].out.layout;
+    const std::string w = outputFormats(layout, table[i].out.model);
+    bool seen = false;
+    for (const auto& x : outs) seen = seen || x == w;
+    if (!seen) outs.push_back(w);
+  }
+  return joinOr(outs);
+}
+
+// The conversions that take `model`, e.g. "rgb2yuv, rgb2hsv or rgb2hls".
+std::string conversionsTaking(Model model) {
+  std::vector<std::string> names;
+  size_t count = 0;
+  const Conversion* table = conversionTable(&count);
+  for (size_t i = 0; i < count; ++i) {
+    if (table[i].in.model != model) continue;
+    bool seen = false;
+    for (const auto& x : names) seen = seen || x == table[i].name;
+    if (!seen) names.push_back(table[i].name);
+  }
+  return joinOr(names);
+}
+
+// What to do when `name` has no row for a `src` frame going to `format`
+// (stored as `outLayout`): plain words first, the forms in brackets.
+std::string explainNoForm(const Conversion& any, const Image& src, const std::string& input,
+                          FileFormat inFormat, FileFormat format, Layout outLayout) {
+  const std::string name = any.name;
+  const std::string technical = " (" + name + " has no " + depthName(src.depth) + " " +
+                                formName(src.layout, outLayout) + " form; its forms: " +
+                                formsOf(name) + ")";
+  std::string example = "pamdepth 255 in.ppm >in-8bit.ppm";
+  if (input != "-") {
+    const size_t dot = input.find_last_of('.');
+    const size_t slash = input.find_last_of('/');
+    const std::string stem = dot != std::string::npos && (slash == std::string::npos || dot > slash)
+                                 ? input.substr(0, dot)
+                                 : input;
+    example = "pamdepth 255 " + input + " >" + stem + "-8bit.ppm";
+  }
+  const bool wide = src.depth == Depth::U16;
+  const std::string fmt = formatName(format);
+
+  if (src.layout == Layout::C1 && !hasForm(name, Layout::C1, src.depth))
+    return name + " needs three channels (" + modelName(any.in.model) +
+           "); this PGM is one grey image.  If it holds three planes one above the other "
+           "(as lumconv writes them to a .pgm), give --planes" + technical;
+  if (wide && (format == FileFormat::Y4M || format == FileFormat::Raw)) {
+    if (!hasDepth(name, Depth::U16))
+      return fmt + " output is 8-bit and " + name +
+             " takes 8-bit samples only: reduce the input to 8 bits first, e.g. " + example +
+             technical;
+    return fmt + " output is 8-bit: write " + outputFormats(src.layout, any.out.model) +
+           ", or reduce the input to 8 bits first, e.g. " + example + technical;
+  }
+  if (!hasDepth(name, src.depth))
+    return name + " takes " + (wide ? "8-bit" : "16-bit") + " samples only and this " +
+           formatName(inFormat) + " has " + (wide ? "16-bit ones (maxval 65535)" : "8-bit ones") +
+           (wide ? ": reduce it to 8 bits first, e.g. " + example : std::string()) + technical;
+  if (src.layout == Layout::AC4 && outLayout == Layout::P3)
+    return fmt + " has no alpha channel: write a .pam to keep the alpha, or drop it first "
+                 "(e.g. ffmpeg -i in.pam -pix_fmt rgb24 in.ppm)" + technical;
+
+  // Which inputs make the wanted output, and which outputs this input makes.
+  std::vector<std::string> ins, outs;
+  size_t count = 0;
+  const Conversion* table = conversionTable(&count);
+  for (size_t i = 0; i < count; ++i) {
+    const Conversion& c = table[i];
+    if (name != c.name || c.in.depth != src.depth) continue;
+    if (c.out.layout == outLayout) {
+      const std::string w = inputFormats(c.in.layout);
+      bool seen = false;
+      for (const auto& x : ins) seen = seen || x == w;
+      if (!seen) ins.push_back(w);
+    }
+    if (c.in.layout == src.layout) {
+      const std::string w = outputFormats(c.out.layout, outputModel(c, src.model));
+      bool seen = false;
+      for (const auto& x : outs) seen = seen || x == w;
+      if (!seen) outs.push_back(w);
+    }
+  }
+  const Model outModel = outputModel(any, src.model);
+  std::string text;
+  if (!ins.empty())
+    text = name + " makes " + kindWords(outLayout, outModel) + " (" + fmt +
+           ") only from other input: give it " + joinOr(ins);
+  else
+    text = name + " makes no " + kindWords(outLayout, outModel) + " (" + fmt + ")";
+  if (!outs.empty()) text += (ins.empty() ? ": write " : ", or write ") + joinOr(outs);
+  return text + technical;
+}
+
 int convertFile(const std::string& name, const std::string& input, const std::string& output,
-                const RawSize& raw) {
+                const Options& opts) {
   const Conversion* any = findName(name);
   if (!any) throw UsageError{"unknown conversion '" + name + "' (lumconv --list shows them)"};
+  if (output == "-" && opts.to.empty())
+    throw UsageError{"writing to standard output (-) needs --to FORMAT (ppm, pam, pgm, pnm, y4m, "
+                     "yuv, rgbp or raw)"};
+  const std::string inName = displayName(input, false);
+  const std::string outName = displayName(output, true);
+  const std::string ext = opts.to.empty() ? extensionOf(output) : opts.to;
 
-  auto reader = openReader(input, raw);
+  // What the output can hold is checked before any input is read.
+  const FileFormat format = outputFormat(outName, ext);
+  if (any->out.model != Model::Unknown)
+    checkModel(outName, format, ext, any->out.model, outputsOf(*any));
+  if (sameFile(input, output)) fail(output, "is the input file too");
+
+  auto reader = openReader(input, opts.read);
+  const int64_t start = reader->position();
   Image src;
-  if (!reader->next(src)) fail(input, "no frames");
-  auto checkModel = [&](const Image& frame) {
-    if (frame.model != Model::Unknown && frame.model != any->in.model)
-      fail(input, std::string("holds ") + modelName(frame.model) + "; " + name + " takes " +
-                      modelName(any->in.model));
+  if (!reader->next(src)) fail(inName, "no frames");
+  // The bytes of one frame, for the progress display's count of frames.
+  const int64_t record = start >= 0 ? reader->position() - start : -1;
+  auto checkInputModel = [&](const Image& frame) {
+    if (frame.model == Model::Unknown || any->in.model == Model::Unknown ||
+        frame.model == any->in.model)
+      return;
+    const std::string others = conversionsTaking(frame.model);
+    fail(inName, std::string("holds ") + modelName(frame.model) + "; " + name + " takes " +
+                     modelName(any->in.model) +
+                     (others.empty() ? std::string()
+                                     : std::string(" (") + modelName(frame.model) + " goes to " +
+                                           others + ")"));
   };
-  checkModel(src);
+  checkInputModel(src);
 
-  const FileFormat format = outputFormat(output);
   const Layout outLayout = outputLayout(format, src.layout);
   const Conversion* row = findConversion(name, src.layout, outLayout, src.depth);
-  if (!row)
-    fail(input, name + " has no " + depthName(src.depth) + " " + formName(src.layout, outLayout) +
-                    " form for " + formatName(reader->format()) + " to " + formatName(format) +
-                    " (its forms: " + formsOf(name) + ")");
+  if (!row) fail(inName, explainNoForm(*any, src, input, reader->format(), format, outLayout));
 
   Image shape;  // what the output frames will be, to check the format first
   shape.width = src.width;
   shape.height = src.height;
   shape.layout = row->out.layout;
   shape.depth = row->out.depth;
-  shape.model = row->out.model;
-  checkWritable(output, format, shape);
-  if (sameFile(input, output)) fail(output, "is the input file too");
+  shape.model = outputModel(*row, src.model);
+  checkWritable(outName, format, ext, shape, outputsOf(*row));
 
   auto writer = openWriter(output, format);
   const std::string firstShape = describe(src);
+  Progress progress(!opts.quiet && (opts.progress || isatty(STDERR_FILENO)), outName);
   long frames = 0;
   Image dst;
   do {
     if (frames > 0) {
-      checkModel(src);
+      checkInputModel(src);
       if (src.width != shape.width || src.height != shape.height || src.layout != row->in.layout ||
           src.depth != row->in.depth)
-        fail(input, "frame " + std::to_string(frames + 1) + " is " + describe(src) +
-                        ", the first " + firstShape);
+        fail(inName, "frame " + std::to_string(frames + 1) + " is " + describe(src) +
+                         ", the first " + firstShape);
     }
-    warnStatus(input, *row, convert(*row, src, dst, input));
+    warnStatus(inName, *row, convert(*row, src, dst, inName));
+    if (!opts.rate.empty()) dst.tags.frameRate = opts.rate;
+    if (!opts.aspect.empty()) dst.tags.aspect = opts.aspect;
     writer->write(dst);
     ++frames;
+    const int64_t left = reader->remaining();
+    progress.frameDone(frames, record > 0 && left >= 0 ? frames + left / record : -1);
   } while (reader->next(src));
   writer->close();
-  std::printf("%s -> %s: %dx%d, %ld frame%s, %s\n", input.c_str(), output.c_str(), shape.width,
-              shape.height, frames, frames == 1 ? "" : "s", row->functionName);
+  progress.end();
+  if (!opts.quiet) {
+    std::string video;
+    if (format == FileFormat::Y4M)
+      video = ", F" + dst.tags.frameRate + " A" + dst.tags.aspect;
+    std::fprintf(stderr, "%s -> %s: %dx%d, %ld frame%s, %s%s\n", inName.c_str(), outName.c_str(),
+                 shape.width, shape.height, frames, frames == 1 ? "" : "s", row->functionName,
+                 video.c_str());
+  }
+  return 0;
+}
+
+int version() {
+  const LumLibraryVersion* v = lumccGetLibVersion();
+  std::printf("lumconv %s\n", LUMCONV_VERSION);
+  if (!v) {
+    std::printf("library: no version record\n");
+    return 1;
+  }
+  const std::string tag(v->cpuTag, strnlen(v->cpuTag, sizeof v->cpuTag));
+  std::printf("library %s, version %s (%d.%d.%d.%d), %s build, of %s\n",
+              v->fileName ? v->fileName : "?", v->versionText ? v->versionText : "?",
+              v->versionMajor, v->versionMinor, v->buildMajor, v->buildMinor, tag.c_str(),
+              v->buildDate ? v->buildDate : "?");
   return 0;
 }
 
 // Writes one frame to path in format.
 void writeFile(const std::string& path, FileFormat format, const Image& img) {
-  checkWritable(path, format, img);
+  checkWritable(path, format, extensionOf(path), img);
   auto writer = openWriter(path, format);
   writer->write(img);
   writer->close();
@@ -180,7 +458,7 @@ int demo(const std::string& folder) {
   writeFile(chartPpm, FileFormat::PPM, chart);
   writeFile(chartY4m, FileFormat::Y4M, planes);
   Image reread;
-  if (!openReader(chartY4m, RawSize{})->next(reread)) fail(chartY4m, "no frames");
+  if (!openReader(chartY4m, ReadOptions{})->next(reread)) fail(chartY4m, "no frames");
   if (reread.data8 != planes.data8) fail(chartY4m, "reads back different from what was written");
   Image roundtrip;
   warnStatus(chartY4m, fromPlanes, convert(fromPlanes, reread, roundtrip, chartY4m));
@@ -198,10 +476,32 @@ int demo(const std::string& folder) {
   return 0;
 }
 
+// A ratio "A:B" of two positive numbers, as Y4M tags take it.
+bool isRatio(const std::string& text) {
+  const size_t colon = text.find(':');
+  if (colon == std::string::npos || colon == 0 || colon + 1 == text.size() || text.size() > 21)
+    return false;
+  for (size_t i = 0; i < text.size(); ++i)
+    if (i != colon && (text[i] < '0' || text[i] > '9')) return false;
+  return true;
+}
+
 int run(int argc, char** argv) {
   std::vector<std::string> args;
-  RawSize raw;
-  bool list = false, help = false, options = true;
+  Options opts;
+  bool list = false, help = false, showVersion = false, options = true;
+  // The value of an option given as "--name value" or "--name=value".
+  auto value = [&](int& i, const std::string& a, const std::string& option,
+                   const char* what) -> std::string {
+    if (a == option) {
+      if (i + 1 >= argc) throw UsageError{option + " needs " + what};
+      return argv[++i];
+    }
+    return a.substr(option.size() + 1);
+  };
+  auto is = [](const std::string& a, const std::string& option) {
+    return a == option || a.compare(0, option.size() + 1, option + "=") == 0;
+  };
   for (int i = 1; i < argc; ++i) {
     const std::string a = argv[i];
     if (options && a == "--") {
@@ -210,15 +510,34 @@ int run(int argc, char** argv) {
       help = true;
     } else if (options && a == "--list") {
       list = true;
-    } else if (options && (a == "--raw" || a.compare(0, 6, "--raw=") == 0)) {
-      std::string size;
-      if (a == "--raw") {
-        if (i + 1 >= argc) throw UsageError{"--raw needs a size WxH"};
-        size = argv[++i];
-      } else {
-        size = a.substr(6);
-      }
-      if (!parseRawSize(size, raw)) throw UsageError{"--raw size '" + size + "' is not WxH"};
+    } else if (options && a == "--version") {
+      showVersion = true;
+    } else if (options && (a == "-q" || a == "--quiet")) {
+      opts.quiet = true;
+    } else if (options && a == "--progress") {
+      opts.progress = true;
+    } else if (options && a == "--planes") {
+      opts.read.pgmPlanes = true;
+    } else if (options && is(a, "--raw")) {
+      const std::string size = value(i, a, "--raw", "a size WxH");
+      if (!parseRawSize(size, opts.read.raw))
+        throw UsageError{"--raw size '" + size + "' is not WxH"};
+    } else if (options && is(a, "--to")) {
+      std::string to = value(i, a, "--to", "a format (ppm, pam, pgm, pnm, y4m, yuv, rgbp, raw)");
+      if (!to.empty() && to[0] == '.') to.erase(0, 1);
+      for (char& c : to)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+      FileFormat f;
+      if (!formatFromExtension(to, f))
+        throw UsageError{"--to '" + to + "' is not a format lumconv writes (ppm, pam, pgm, pnm, "
+                         "y4m, yuv, rgbp or raw)"};
+      opts.to = to;
+    } else if (options && (is(a, "--rate") || is(a, "--aspect"))) {
+      const bool rate = is(a, "--rate");
+      const std::string option = rate ? "--rate" : "--aspect";
+      const std::string v = value(i, a, option, "a ratio A:B");
+      if (!isRatio(v)) throw UsageError{option + " '" + v + "' is not a ratio A:B"};
+      (rate ? opts.rate : opts.aspect) = v;
     } else if (options && a.size() > 1 && a[0] == '-') {
       throw UsageError{"unknown option '" + a + "' (lumconv --help)"};
     } else {
@@ -229,6 +548,7 @@ int run(int argc, char** argv) {
     std::fputs(kHelp, stdout);
     return 0;
   }
+  if (showVersion) return version();
   if (list) {
     std::fputs(listing().c_str(), stdout);
     return 0;
@@ -236,11 +556,11 @@ int run(int argc, char** argv) {
   if (args.empty()) throw UsageError{"no conversion given (lumconv --help)"};
   if (args[0] == "demo") {
     if (args.size() > 2) throw UsageError{"demo takes one folder at most"};
-    if (raw.given) throw UsageError{"demo takes no --raw"};
+    if (opts.read.raw.given) throw UsageError{"demo takes no --raw"};
     return demo(args.size() == 2 ? args[1] : "lumconv-demo");
   }
   if (args.size() != 3) throw UsageError{"expected <conversion> <input> <output> (lumconv --help)"};
-  return convertFile(args[0], args[1], args[2], raw);
+  return convertFile(args[0], args[1], args[2], opts);
 }
 
 }  // namespace
@@ -248,6 +568,7 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace lumconv;
+  installSignalCleanup();
   try {
     return run(argc, argv);
   } catch (const Error& e) {

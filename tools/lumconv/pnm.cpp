@@ -49,9 +49,18 @@ struct Header {
 
 class PnmReader : public FrameReader {
  public:
-  PnmReader(std::unique_ptr<InFile> in, int magic) : in_(std::move(in)), firstMagic_(magic) {}
+  PnmReader(std::unique_ptr<InFile> in, int magic, bool pgmPlanes)
+      : in_(std::move(in)), firstMagic_(magic), pgmPlanes_(pgmPlanes) {}
 
   FileFormat format() const override { return format_; }
+  // Before the first image's header, its signature ("P6"), read to choose
+  // this reader, counts as not read yet: every image then spans the same
+  // bytes, which the progress display's count of frames relies on.
+  int64_t position() override {
+    const int64_t p = in_->position();
+    return p >= 2 && firstMagic_ ? p - 2 : p;
+  }
+  int64_t remaining() override { return in_->remaining(); }
 
   bool next(Image& frame) override {
     Header h;
@@ -201,13 +210,17 @@ class PnmReader : public FrameReader {
         format_ = FileFormat::PPM;
         break;
       case 5:
+        format_ = FileFormat::PGM;
+        if (!pgmPlanes_) {
+          frame.layout = Layout::C1;
+          break;
+        }
         if (h.height % 3 != 0)
           fail(path, "PGM height " + std::to_string(h.height) +
-                         " is not 3 planes (lumconv reads a PGM as Y, U, V or R, G, B planes one "
-                         "above the other)");
+                         " is not 3 planes (--planes reads a PGM as Y, U, V or R, G, B planes "
+                         "one above the other)");
         frame.layout = Layout::P3;
         frame.height = static_cast<int32_t>(h.height / 3);
-        format_ = FileFormat::PGM;
         break;
       default:
         if (h.depth != 3 && h.depth != 4)
@@ -220,9 +233,9 @@ class PnmReader : public FrameReader {
   }
 
   void readSamples(Image& frame) {
+    in_->need(announcedBytes(frame.width, frame.height, frame.layout, frame.depth), "pixel data");
     const size_t bytes =
         checkedImageBytes(in_->path(), frame.width, frame.height, frame.layout, frame.depth);
-    in_->need(bytes, "pixel data");
     frame.allocate(in_->path());
     if (frame.depth == Depth::U8) {
       in_->read(frame.data8.data(), bytes, "pixel data");
@@ -241,6 +254,7 @@ class PnmReader : public FrameReader {
 
   std::unique_ptr<InFile> in_;
   int firstMagic_;
+  bool pgmPlanes_;
   FileFormat format_ = FileFormat::PPM;
 };
 
@@ -254,6 +268,9 @@ class PnmWriter : public FrameWriter {
     if (frame.layout == Layout::P3) {
       out_.write("P5\n" + size + std::to_string(3 * static_cast<int64_t>(frame.height)) + "\n" +
                  std::to_string(maxval) + "\n");
+    } else if (frame.layout == Layout::C1) {
+      out_.write("P5\n" + size + std::to_string(frame.height) + "\n" + std::to_string(maxval) +
+                 "\n");
     } else if (frame.layout == Layout::C3 && format_ != FileFormat::PAM) {
       out_.write("P6\n" + size + std::to_string(frame.height) + "\n" + std::to_string(maxval) +
                  "\n");
@@ -292,9 +309,10 @@ class PnmWriter : public FrameWriter {
 
 }  // namespace
 
-std::unique_ptr<FrameReader> makePnmReader(std::unique_ptr<InFile> in, int magic) {
+std::unique_ptr<FrameReader> makePnmReader(std::unique_ptr<InFile> in, int magic,
+                                           bool pgmPlanes) {
   checkMagic(magic, in->path());
-  return std::make_unique<PnmReader>(std::move(in), magic);
+  return std::make_unique<PnmReader>(std::move(in), magic, pgmPlanes);
 }
 
 std::unique_ptr<FrameWriter> makePnmWriter(const std::string& path, FileFormat format) {

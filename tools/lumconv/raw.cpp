@@ -8,6 +8,10 @@ class RawReader : public FrameReader {
  public:
   RawReader(std::unique_ptr<InFile> in, const RawSize& size, Model model)
       : in_(std::move(in)), size_(size), model_(model) {
+    // From a pipe, the frame limit first (a file's size is checked below).
+    if (in_->remaining() < 0)
+      in_->need(announcedBytes(size.width, size.height, Layout::P3, Depth::U8),
+                "pixel data of frame 1");
     frameBytes_ = checkedImageBytes(in_->path(), size.width, size.height, Layout::P3, Depth::U8);
     const int64_t total = in_->remaining();
     if (total >= 0 && (total == 0 || static_cast<uint64_t>(total) % frameBytes_ != 0))
@@ -17,6 +21,8 @@ class RawReader : public FrameReader {
   }
 
   FileFormat format() const override { return FileFormat::Raw; }
+  int64_t position() override { return in_->position(); }
+  int64_t remaining() override { return in_->remaining(); }
 
   bool next(Image& frame) override {
     if (in_->peek() == EOF) return false;
@@ -28,6 +34,7 @@ class RawReader : public FrameReader {
     frame.model = model_;
     frame.tags = VideoTags{};
     const std::string what = "pixel data of frame " + std::to_string(frames_);
+    in_->need(frameBytes_, what.c_str());
     frame.allocate(in_->path());
     in_->read(frame.data8.data(), frameBytes_, what.c_str());
     return true;

@@ -33,6 +33,8 @@ class Y4mReader : public FrameReader {
   explicit Y4mReader(std::unique_ptr<InFile> in) : in_(std::move(in)) { readStreamHeader(); }
 
   FileFormat format() const override { return FileFormat::Y4M; }
+  int64_t position() override { return in_->position(); }
+  int64_t remaining() override { return in_->remaining(); }
 
   bool next(Image& frame) override {
     if (in_->peek() == EOF) return false;
@@ -49,9 +51,9 @@ class Y4mReader : public FrameReader {
     frame.depth = Depth::U8;
     frame.model = Model::YUV;
     frame.tags = tags_;
-    const size_t bytes = checkedImageBytes(in_->path(), width_, height_, Layout::P3, Depth::U8);
     const std::string what = "pixel data of frame " + std::to_string(frames_);
-    in_->need(bytes, what.c_str());
+    in_->need(announcedBytes(width_, height_, Layout::P3, Depth::U8), what.c_str());
+    const size_t bytes = checkedImageBytes(in_->path(), width_, height_, Layout::P3, Depth::U8);
     frame.allocate(in_->path());
     in_->read(frame.data8.data(), bytes, what.c_str());
     return true;
