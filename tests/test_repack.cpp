@@ -136,18 +136,12 @@ struct Pos {
   int plane, offset;
 };
 Pos lumaPos(const Frame& f, int y, int x) {
-  if (f.fmt.f == Form::C2) {
-    const C2Bytes b = c2Bytes(f.fmt.o);
-    return {0, y * 2 * f.W + 4 * (x / 2) + ((x & 1) ? b.y1 : b.y0)};
-  }
+  if (f.fmt.f == Form::C2) return {0, y * c2RowBytes(f.W) + c2LumaByte(f.fmt.o, x)};
   return {0, y * f.p[0]->rowBytes() + x};
 }
 Pos chromaPos(const Frame& f, int c, int r, int k) {  // c: 0 Cb, 1 Cr
-  if (f.fmt.f == Form::C2) {
-    const C2Bytes b = c2Bytes(f.fmt.o);
-    return {0, r * 2 * f.W + 4 * k + (c == 0 ? b.cb : b.cr)};
-  }
-  if (f.fmt.f == Form::P2) return {1, r * f.p[1]->rowBytes() + 2 * k + c};
+  if (f.fmt.f == Form::C2) return {0, r * c2RowBytes(f.W) + c2ChromaByte(f.fmt.o, k, c == 1)};
+  if (f.fmt.f == Form::P2) return {1, r * f.p[1]->rowBytes() + p2ChromaByte(k, c == 1)};
   const int plane = c == 0 ? p3PlaneCb(f.fmt.o) : p3PlaneCr(f.fmt.o);
   return {plane, r * f.p[plane]->rowBytes() + k};
 }
@@ -571,4 +565,34 @@ TEST(Repack, SwapOfC2) {
   EXPECT_EQ(0, memcmp(dst, want, 8));
 }
 
+}  // namespace
+
+namespace {
+// The shared layout description, by its worked values.
+TEST(RepackLayouts, DescriptionValues) {
+  EXPECT_EQ(chromaWidth(Ratio::k422, 1920), 960);
+  EXPECT_EQ(chromaHeight(Ratio::k422, 1080), 1080);
+  EXPECT_EQ(chromaWidth(Ratio::k420, 1920), 960);
+  EXPECT_EQ(chromaHeight(Ratio::k420, 1080), 540);
+  EXPECT_EQ(chromaWidth(Ratio::k411, 1920), 480);
+  EXPECT_EQ(chromaHeight(Ratio::k411, 1080), 1080);
+  EXPECT_EQ(p2ChromaRowBytes(Ratio::k420, 64), 64);
+  EXPECT_EQ(p2ChromaRowBytes(Ratio::k411, 64), 32);
+  // "Y0 Cb Y1 Cr", "Y0 Cr Y1 Cb", "Cb Y0 Cr Y1" for pair 1 (bytes 4..7).
+  EXPECT_EQ(c2LumaByte(Order::YCbCr, 2), 4);
+  EXPECT_EQ(c2LumaByte(Order::YCbCr, 3), 6);
+  EXPECT_EQ(c2ChromaByte(Order::YCbCr, 1, false), 5);
+  EXPECT_EQ(c2ChromaByte(Order::YCrCb, 1, false), 7);
+  EXPECT_EQ(c2ChromaByte(Order::YCrCb, 1, true), 5);
+  EXPECT_EQ(c2LumaByte(Order::CbYCr, 2), 5);
+  EXPECT_EQ(c2ChromaByte(Order::CbYCr, 1, false), 4);
+  EXPECT_EQ(c2ChromaByte(Order::CbYCr, 1, true), 6);
+  EXPECT_EQ(p3PlaneCb(Order::YCrCb), 2);
+  EXPECT_EQ(p3PlaneCr(Order::YCbCr), 2);
+  EXPECT_EQ(chromaColumnOf(Ratio::k411, 7), 1);
+  EXPECT_EQ(chromaRowOf(Ratio::k420, 3), 1);
+  EXPECT_EQ(repackMinWidth(Ratio::k420, Ratio::k411), 4);
+  EXPECT_TRUE(repackTestsHeight(Ratio::k422, Ratio::k420));
+  EXPECT_FALSE(repackTestsHeight(Ratio::k422, Ratio::k411));
+}
 }  // namespace

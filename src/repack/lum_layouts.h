@@ -83,6 +83,17 @@ constexpr C2Bytes c2Bytes(Order o) {
   return o == Order::YCbCr ? kC2YCbCr422 : (o == Order::YCrCb ? kC2YCrCb422 : kC2CbYCr422);
 }
 
+// Byte offsets in a row, by pixel or chroma column.
+// C2: luma of pixel x, and chroma (cr false: Cb, true: Cr) of pair k.
+constexpr int c2LumaByte(Order o, int x) {
+  return 4 * (x / 2) + ((x & 1) ? c2Bytes(o).y1 : c2Bytes(o).y0);
+}
+constexpr int c2ChromaByte(Order o, int k, bool cr) {
+  return 4 * k + (cr ? c2Bytes(o).cr : c2Bytes(o).cb);
+}
+// P2 chroma row: Cb of position k at 2k, Cr at 2k + 1.
+constexpr int p2ChromaByte(int k, bool cr) { return 2 * k + (cr ? 1 : 0); }
+
 // Plane indices of Cb and Cr in a P3 array (Y is plane 0).
 constexpr int p3PlaneCb(Order o) { return o == Order::YCrCb ? 2 : 1; }
 constexpr int p3PlaneCr(Order o) { return o == Order::YCrCb ? 1 : 2; }
