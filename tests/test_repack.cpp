@@ -353,7 +353,8 @@ TEST_P(RepackFn, AlignedAndUnalignedFramesGiveTheirStatedBytes) {
   // Aligned rows and steps, small and large: the large frames take the
   // non-temporal loops and copies where a kernel has them.
   const Fn fn = f();
-  for (LumSize sz : {LumSize{64, 4}, LumSize{96, 6}, LumSize{72, 2}, LumSize{1024, 540}}) {
+  for (LumSize sz : {LumSize{64, 4}, LumSize{96, 6}, LumSize{72, 2}, LumSize{1024, 540},
+                     LumSize{1016, 540}}) {
     checkOne(fn, sz.width, sz.height, true, 3);
     checkOne(fn, sz.width, sz.height, false, 4);
   }

@@ -3,9 +3,11 @@
 // layouts and the repack rules are described in repack/lum_layouts.h.
 //
 // Every row form is a struct with its scalar form `one` (one unit) beside its
-// SSE2 form `block` (kBlock units).  A row runs the block while a whole block
-// is left, then the scalar form for the rest (by pixel pairs, or by groups of
-// four pixels for 4:1:1).  Blocks split C2 data with a mask of the even bytes
+// SSE2 forms `block` (kBlock units: 32 or 64 samples, or 32 pixels of a C2
+// source), `half` and mostly `quarter`.  A row runs the block while a whole
+// block is left, then a half and a quarter block where they fit, then the
+// scalar form for the rest (by pixel pairs, or by groups of four pixels for
+// 4:1:1).  Blocks split C2 data with a mask of the even bytes
 // and a shift by 8 and pack with saturating packs, which is exact on bytes;
 // so block and scalar form write the same bytes.
 //
@@ -18,6 +20,7 @@
 #include <emmintrin.h>
 #include <limits.h>
 #include <stdint.h>
+#include <string.h>
 
 #include <initializer_list>
 
@@ -50,6 +53,16 @@ inline __m128i ldu(const u8* p) { return _mm_loadu_si128(reinterpret_cast<const 
 inline void stu(u8* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
 inline void st8(u8* p, __m128i v) { _mm_storel_epi64(reinterpret_cast<__m128i*>(p), v); }
 inline __m128i ld8(const u8* p) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)); }
+inline void st4(u8* p, __m128i v) {
+  const int x = _mm_cvtsi128_si32(v);
+  memcpy(p, &x, 4);
+}
+inline __m128i ld4(const u8* p) {
+  int x;
+  memcpy(&x, p, 4);
+  return _mm_cvtsi32_si128(x);
+}
+inline __m128i kz() { return _mm_setzero_si128(); }
 
 // Even bytes (mask) and odd bytes (shift by 8) of 16-bit lanes, and the
 // saturating pack of two such registers back to 16 bytes.
@@ -63,7 +76,9 @@ inline __m128i packSel(__m128i a, __m128i b) {
 }
 
 // ---------------------------------------------------------------------------
-// Row forms.
+// Row forms.  `block` takes kBlock units, `half` kBlock / 2 and, where a
+// form has one (kQuarter), `quarter` kBlock / 4.  Stores of 16 bytes go
+// through the policy M; narrower ones are plain.
 
 // C2 pixel pairs -> Y row and two chroma rows.  YOdd: Y in bytes 1 and 3
 // (CbYCr422), else in bytes 0 and 2.  a takes the first chroma byte of the
@@ -71,6 +86,7 @@ inline __m128i packSel(__m128i a, __m128i b) {
 template <bool YOdd>
 struct SplitC2 {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* y, u8* a, u8* b) {
     const u8* p = s + 4 * i;
     y[2 * i] = p[YOdd ? 1 : 0];
@@ -88,21 +104,47 @@ struct SplitC2 {
     stu(a + i, packEven(c0, c1));
     stu(b + i, packOdd(c0, c1));
   }
+  template <class M>
+  static void half(int i, const u8* s, u8* y, u8* a, u8* b) {
+    const u8* p = s + 4 * i;
+    const __m128i v0 = M::ld(p), v1 = M::ld(p + 16);
+    M::st(y + 2 * i, packSel<YOdd>(v0, v1));
+    const __m128i c = packSel<!YOdd>(v0, v1);
+    st8(a + i, packEven(c, kz()));
+    st8(b + i, packOdd(c, kz()));
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* y, u8* a, u8* b) {
+    const __m128i v = M::ld(s + 4 * i);
+    st8(y + 2 * i, packSel<YOdd>(v, kz()));
+    const __m128i c = packSel<!YOdd>(v, kz());
+    st4(a + i, packEven(c, kz()));
+    st4(b + i, packOdd(c, kz()));
+  }
 };
 
 // C2 pixel pairs -> Y row only (the odd rows of a C2 to 4:2:0 repack).
 template <bool YOdd>
 struct LumaC2 {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* y) {
     y[2 * i] = s[4 * i + (YOdd ? 1 : 0)];
     y[2 * i + 1] = s[4 * i + (YOdd ? 3 : 2)];
   }
   template <class M>
   static void block(int i, const u8* s, u8* y) {
+    half<M>(i, s, y);
+    half<M>(i + 8, s, y);
+  }
+  template <class M>
+  static void half(int i, const u8* s, u8* y) {
     const u8* p = s + 4 * i;
     M::st(y + 2 * i, packSel<YOdd>(M::ld(p), M::ld(p + 16)));
-    M::st(y + 2 * i + 16, packSel<YOdd>(M::ld(p + 32), M::ld(p + 48)));
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* y) {
+    st8(y + 2 * i, packSel<YOdd>(M::ld(s + 4 * i), kz()));
   }
 };
 
@@ -112,6 +154,7 @@ struct LumaC2 {
 template <bool YOdd, bool Pairs>
 struct SplitC2To411 {
   static constexpr int kBlock = 8;
+  static constexpr bool kQuarter = false;
   static void one(int i, const u8* s, u8* y, u8* a, u8* b) {
     const u8* p = s + 8 * i;
     for (int j = 0; j < 2; ++j) {
@@ -139,9 +182,21 @@ struct SplitC2To411 {
     if (Pairs) {
       M::st(a + 2 * i, kept);
     } else {
-      const __m128i z = _mm_setzero_si128();
-      st8(a + i, _mm_packus_epi16(evenB(kept), z));
-      st8(b + i, _mm_packus_epi16(oddB(kept), z));
+      st8(a + i, packEven(kept, kz()));
+      st8(b + i, packOdd(kept, kz()));
+    }
+  }
+  template <class M>
+  static void half(int i, const u8* s, u8* y, u8* a, u8* b) {
+    const u8* p = s + 8 * i;
+    const __m128i v0 = M::ld(p), v1 = M::ld(p + 16);
+    M::st(y + 4 * i, packSel<YOdd>(v0, v1));
+    const __m128i kept = lum::evenOddWords(packSel<!YOdd>(v0, v1));  // low 8 bytes
+    if (Pairs) {
+      st8(a + 2 * i, kept);
+    } else {
+      st4(a + i, packEven(kept, kz()));
+      st4(b + i, packOdd(kept, kz()));
     }
   }
 };
@@ -149,6 +204,7 @@ struct SplitC2To411 {
 // Y row and two chroma rows -> C2 pairs Y0 a Y1 b.  Unit: one pixel pair.
 struct PackC2 {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* y, const u8* a, const u8* b, u8* d) {
     d[4 * i] = y[2 * i];
     d[4 * i + 1] = a[i];
@@ -161,13 +217,25 @@ struct PackC2 {
     storeWithLuma<M>(ldu(y + 2 * i), ldu(y + 2 * i + 16), _mm_unpacklo_epi8(A, B),
                      _mm_unpackhi_epi8(A, B), d + 4 * i);
   }
+  template <class M>
+  static void half(int i, const u8* y, const u8* a, const u8* b, u8* d) {
+    storeWithLuma16<M>(ldu(y + 2 * i), _mm_unpacklo_epi8(ld8(a + i), ld8(b + i)), d + 4 * i);
+  }
+  template <class M>
+  static void quarter(int i, const u8* y, const u8* a, const u8* b, u8* d) {
+    M::st(d + 4 * i, _mm_unpacklo_epi8(ld8(y + 2 * i), _mm_unpacklo_epi8(ld4(a + i), ld4(b + i))));
+  }
   // 32 luma bytes and 16 chroma pairs -> 64 bytes of C2.
   template <class M>
   static void storeWithLuma(__m128i y0, __m128i y1, __m128i c0, __m128i c1, u8* d) {
-    M::st(d, _mm_unpacklo_epi8(y0, c0));
-    M::st(d + 16, _mm_unpackhi_epi8(y0, c0));
-    M::st(d + 32, _mm_unpacklo_epi8(y1, c1));
-    M::st(d + 48, _mm_unpackhi_epi8(y1, c1));
+    storeWithLuma16<M>(y0, c0, d);
+    storeWithLuma16<M>(y1, c1, d + 32);
+  }
+  // 16 luma bytes and 8 chroma pairs -> 32 bytes of C2.
+  template <class M>
+  static void storeWithLuma16(__m128i y, __m128i c, u8* d) {
+    M::st(d, _mm_unpacklo_epi8(y, c));
+    M::st(d + 16, _mm_unpackhi_epi8(y, c));
   }
 };
 
@@ -175,6 +243,7 @@ struct PackC2 {
 // two pixel pairs.  Unit: 4 pixels.
 struct Pack411C2 {
   static constexpr int kBlock = 8;
+  static constexpr bool kQuarter = false;
   static void one(int i, const u8* y, const u8* a, const u8* b, u8* d) {
     for (int j = 0; j < 2; ++j) {
       d[8 * i + 4 * j] = y[4 * i + 2 * j];
@@ -189,12 +258,18 @@ struct Pack411C2 {
     PackC2::storeWithLuma<M>(ldu(y + 4 * i), ldu(y + 4 * i + 16), _mm_unpacklo_epi16(c, c),
                              _mm_unpackhi_epi16(c, c), d + 8 * i);
   }
+  template <class M>
+  static void half(int i, const u8* y, const u8* a, const u8* b, u8* d) {
+    const __m128i c = _mm_unpacklo_epi8(ld4(a + i), ld4(b + i));
+    PackC2::storeWithLuma16<M>(ldu(y + 4 * i), _mm_unpacklo_epi16(c, c), d + 8 * i);
+  }
 };
 
 // Y row and one 4:1:1 P2 chroma row (Cb Cr pairs) -> C2 pairs.  Unit: 4
 // pixels.
 struct Pack411P2C2 {
   static constexpr int kBlock = 8;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* y, const u8* c, u8* d) {
     for (int j = 0; j < 2; ++j) {
       d[8 * i + 4 * j] = y[4 * i + 2 * j];
@@ -209,51 +284,87 @@ struct Pack411P2C2 {
     PackC2::storeWithLuma<M>(ldu(y + 4 * i), ldu(y + 4 * i + 16), _mm_unpacklo_epi16(cc, cc),
                              _mm_unpackhi_epi16(cc, cc), d + 8 * i);
   }
+  template <class M>
+  static void half(int i, const u8* y, const u8* c, u8* d) {
+    const __m128i cc = ld8(c + 2 * i);
+    PackC2::storeWithLuma16<M>(ldu(y + 4 * i), _mm_unpacklo_epi16(cc, cc), d + 8 * i);
+  }
+  template <class M>
+  static void quarter(int i, const u8* y, const u8* c, u8* d) {
+    const __m128i cc = ld4(c + 2 * i);
+    M::st(d + 8 * i, _mm_unpacklo_epi8(ld8(y + 4 * i), _mm_unpacklo_epi16(cc, cc)));
+  }
 };
 
 // Two rows -> one row of pairs a0 b0 a1 b1 ...  Unit: one sample of each.
 struct Interleave2 {
   static constexpr int kBlock = 32;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* a, const u8* b, u8* d) {
     d[2 * i] = a[i];
     d[2 * i + 1] = b[i];
   }
   template <class M>
   static void block(int i, const u8* a, const u8* b, u8* d) {
-    for (int h = 0; h < 32; h += 16) {
-      const __m128i A = ldu(a + i + h), B = ldu(b + i + h);
-      M::st(d + 2 * (i + h), _mm_unpacklo_epi8(A, B));
-      M::st(d + 2 * (i + h) + 16, _mm_unpackhi_epi8(A, B));
-    }
+    half<M>(i, a, b, d);
+    half<M>(i + 16, a, b, d);
+  }
+  template <class M>
+  static void half(int i, const u8* a, const u8* b, u8* d) {
+    const __m128i A = ldu(a + i), B = ldu(b + i);
+    M::st(d + 2 * i, _mm_unpacklo_epi8(A, B));
+    M::st(d + 2 * i + 16, _mm_unpackhi_epi8(A, B));
+  }
+  template <class M>
+  static void quarter(int i, const u8* a, const u8* b, u8* d) {
+    M::st(d + 2 * i, _mm_unpacklo_epi8(ld8(a + i), ld8(b + i)));
   }
 };
 
 // One row of pairs -> two rows.  Unit: one pair.
 struct Deinterleave2 {
   static constexpr int kBlock = 32;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* a, u8* b) {
     a[i] = s[2 * i];
     b[i] = s[2 * i + 1];
   }
   template <class M>
   static void block(int i, const u8* s, u8* a, u8* b) {
-    for (int h = 0; h < 32; h += 16) {
-      const __m128i v0 = ldu(s + 2 * (i + h)), v1 = ldu(s + 2 * (i + h) + 16);
-      M::st(a + i + h, packEven(v0, v1));
-      M::st(b + i + h, packOdd(v0, v1));
-    }
+    half<M>(i, s, a, b);
+    half<M>(i + 16, s, a, b);
+  }
+  template <class M>
+  static void half(int i, const u8* s, u8* a, u8* b) {
+    const __m128i v0 = ldu(s + 2 * i), v1 = ldu(s + 2 * i + 16);
+    M::st(a + i, packEven(v0, v1));
+    M::st(b + i, packOdd(v0, v1));
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* a, u8* b) {
+    const __m128i v = ldu(s + 2 * i);
+    st8(a + i, packEven(v, kz()));
+    st8(b + i, packOdd(v, kz()));
   }
 };
 
 // d[k] = s[2k]: the even samples of a row.
 struct EvenBytes {
   static constexpr int kBlock = 32;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* d) { d[i] = s[2 * i]; }
   template <class M>
   static void block(int i, const u8* s, u8* d) {
-    const u8* p = s + 2 * i;
-    M::st(d + i, packEven(ldu(p), ldu(p + 16)));
-    M::st(d + i + 16, packEven(ldu(p + 32), ldu(p + 48)));
+    half<M>(i, s, d);
+    half<M>(i + 16, s, d);
+  }
+  template <class M>
+  static void half(int i, const u8* s, u8* d) {
+    M::st(d + i, packEven(ldu(s + 2 * i), ldu(s + 2 * i + 16)));
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* d) {
+    st8(d + i, packEven(ldu(s + 2 * i), kz()));
   }
 };
 
@@ -262,6 +373,7 @@ struct EvenBytes {
 template <int O>
 struct InterleaveEvery2nd {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* a, const u8* b, u8* d) {
     d[2 * i] = a[2 * i + O];
     d[2 * i + 1] = b[2 * i + O];
@@ -273,11 +385,24 @@ struct InterleaveEvery2nd {
     M::st(d + 2 * i, _mm_unpacklo_epi8(A, B));
     M::st(d + 2 * i + 16, _mm_unpackhi_epi8(A, B));
   }
+  template <class M>
+  static void half(int i, const u8* a, const u8* b, u8* d) {
+    const __m128i A = packSel<O == 1>(ldu(a + 2 * i), kz());
+    const __m128i B = packSel<O == 1>(ldu(b + 2 * i), kz());
+    M::st(d + 2 * i, _mm_unpacklo_epi8(A, B));
+  }
+  template <class M>
+  static void quarter(int i, const u8* a, const u8* b, u8* d) {
+    const __m128i A = packSel<O == 1>(ld8(a + 2 * i), kz());
+    const __m128i B = packSel<O == 1>(ld8(b + 2 * i), kz());
+    st8(d + 2 * i, _mm_unpacklo_epi8(A, B));
+  }
 };
 
 // Groups of 4 bytes -> 4 rows: oj[k] = s[4k + j].  Unit: one group.
 struct Split4 {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* o0, u8* o1, u8* o2, u8* o3) {
     o0[i] = s[4 * i];
     o1[i] = s[4 * i + 1];
@@ -295,11 +420,31 @@ struct Split4 {
     M::st(o1 + i, packEven(d0, d1));
     M::st(o3 + i, packOdd(d0, d1));
   }
+  template <class M>
+  static void half(int i, const u8* s, u8* o0, u8* o1, u8* o2, u8* o3) {
+    const u8* p = s + 4 * i;
+    const __m128i v0 = ldu(p), v1 = ldu(p + 16);
+    const __m128i e = packEven(v0, v1), d = packOdd(v0, v1);
+    st8(o0 + i, packEven(e, kz()));
+    st8(o2 + i, packOdd(e, kz()));
+    st8(o1 + i, packEven(d, kz()));
+    st8(o3 + i, packOdd(d, kz()));
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* o0, u8* o1, u8* o2, u8* o3) {
+    const __m128i v = ldu(s + 4 * i);
+    const __m128i e = packEven(v, kz()), d = packOdd(v, kz());
+    st4(o0 + i, packEven(e, kz()));
+    st4(o2 + i, packOdd(e, kz()));
+    st4(o1 + i, packEven(d, kz()));
+    st4(o3 + i, packOdd(d, kz()));
+  }
 };
 
 // 4 rows -> groups of 4 bytes: d[4k + j] = ij[k].  Unit: one group.
 struct Merge4 {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* i0, const u8* i1, const u8* i2, const u8* i3, u8* d) {
     d[4 * i] = i0[i];
     d[4 * i + 1] = i1[i];
@@ -316,19 +461,41 @@ struct Merge4 {
     M::st(d + 4 * i + 32, _mm_unpacklo_epi8(eHi, oHi));
     M::st(d + 4 * i + 48, _mm_unpackhi_epi8(eHi, oHi));
   }
+  template <class M>
+  static void half(int i, const u8* i0, const u8* i1, const u8* i2, const u8* i3, u8* d) {
+    const __m128i e = _mm_unpacklo_epi8(ld8(i0 + i), ld8(i2 + i));
+    const __m128i o = _mm_unpacklo_epi8(ld8(i1 + i), ld8(i3 + i));
+    M::st(d + 4 * i, _mm_unpacklo_epi8(e, o));
+    M::st(d + 4 * i + 16, _mm_unpackhi_epi8(e, o));
+  }
+  template <class M>
+  static void quarter(int i, const u8* i0, const u8* i1, const u8* i2, const u8* i3, u8* d) {
+    const __m128i e = _mm_unpacklo_epi8(ld4(i0 + i), ld4(i2 + i));
+    const __m128i o = _mm_unpacklo_epi8(ld4(i1 + i), ld4(i3 + i));
+    M::st(d + 4 * i, _mm_unpacklo_epi8(e, o));
+  }
 };
 
 // Each sample repeated: d[2k] = d[2k + 1] = s[k].  Unit: one source sample.
 struct DupBytes {
   static constexpr int kBlock = 32;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* d) { d[2 * i] = d[2 * i + 1] = s[i]; }
   template <class M>
   static void block(int i, const u8* s, u8* d) {
-    for (int h = 0; h < 32; h += 16) {
-      const __m128i v = ldu(s + i + h);
-      M::st(d + 2 * (i + h), _mm_unpacklo_epi8(v, v));
-      M::st(d + 2 * (i + h) + 16, _mm_unpackhi_epi8(v, v));
-    }
+    half<M>(i, s, d);
+    half<M>(i + 16, s, d);
+  }
+  template <class M>
+  static void half(int i, const u8* s, u8* d) {
+    const __m128i v = ldu(s + i);
+    M::st(d + 2 * i, _mm_unpacklo_epi8(v, v));
+    M::st(d + 2 * i + 16, _mm_unpackhi_epi8(v, v));
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* d) {
+    const __m128i v = ld8(s + i);
+    M::st(d + 2 * i, _mm_unpacklo_epi8(v, v));
   }
 };
 
@@ -336,6 +503,7 @@ struct DupBytes {
 // a[2k] = a[2k + 1] = s[2k], b[2k] = b[2k + 1] = s[2k + 1].  Unit: one pair.
 struct DeinterleaveDup {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* a, u8* b) {
     a[2 * i] = a[2 * i + 1] = s[2 * i];
     b[2 * i] = b[2 * i + 1] = s[2 * i + 1];
@@ -349,6 +517,20 @@ struct DeinterleaveDup {
     M::st(b + 2 * i, _mm_unpacklo_epi8(B, B));
     M::st(b + 2 * i + 16, _mm_unpackhi_epi8(B, B));
   }
+  template <class M>
+  static void half(int i, const u8* s, u8* a, u8* b) {
+    const __m128i v = ldu(s + 2 * i);
+    const __m128i A = packEven(v, kz()), B = packOdd(v, kz());
+    M::st(a + 2 * i, _mm_unpacklo_epi8(A, A));
+    M::st(b + 2 * i, _mm_unpacklo_epi8(B, B));
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* a, u8* b) {
+    const __m128i v = ld8(s + 2 * i);
+    const __m128i A = packEven(v, kz()), B = packOdd(v, kz());
+    st8(a + 2 * i, _mm_unpacklo_epi8(A, A));
+    st8(b + 2 * i, _mm_unpacklo_epi8(B, B));
+  }
 };
 
 // Two rows of pairs (rows 2r and 2r+1 of a 4:1:1 P2 plane) -> two 4:2:0
@@ -356,6 +538,7 @@ struct DeinterleaveDup {
 // b[2k + 1] = B[2k + 1].  Unit: one pair of each source row.
 struct MergeSplitPairs {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* A, const u8* B, u8* a, u8* b) {
     a[2 * i] = A[2 * i];
     a[2 * i + 1] = B[2 * i];
@@ -364,20 +547,30 @@ struct MergeSplitPairs {
   }
   template <class M>
   static void block(int i, const u8* A, const u8* B, u8* a, u8* b) {
-    for (int h = 0; h < 16; h += 8) {
-      const __m128i x = ldu(A + 2 * (i + h)), y = ldu(B + 2 * (i + h));
-      // Words of the riffle: (a0 a1) (b0 b1) (a2 a3) (b2 b3) ...
-      const __m128i e0 = lum::evenOddWords(_mm_unpacklo_epi8(x, y));
-      const __m128i e1 = lum::evenOddWords(_mm_unpackhi_epi8(x, y));
-      M::st(a + 2 * (i + h), _mm_unpacklo_epi64(e0, e1));
-      M::st(b + 2 * (i + h), _mm_unpackhi_epi64(e0, e1));
-    }
+    half<M>(i, A, B, a, b);
+    half<M>(i + 8, A, B, a, b);
+  }
+  template <class M>
+  static void half(int i, const u8* A, const u8* B, u8* a, u8* b) {
+    const __m128i x = ldu(A + 2 * i), y = ldu(B + 2 * i);
+    // Words of the riffle: (a0 a1) (b0 b1) (a2 a3) (b2 b3) ...
+    const __m128i e0 = lum::evenOddWords(_mm_unpacklo_epi8(x, y));
+    const __m128i e1 = lum::evenOddWords(_mm_unpackhi_epi8(x, y));
+    M::st(a + 2 * i, _mm_unpacklo_epi64(e0, e1));
+    M::st(b + 2 * i, _mm_unpackhi_epi64(e0, e1));
+  }
+  template <class M>
+  static void quarter(int i, const u8* A, const u8* B, u8* a, u8* b) {
+    const __m128i e = lum::evenOddWords(_mm_unpacklo_epi8(ld8(A + 2 * i), ld8(B + 2 * i)));
+    st8(a + 2 * i, e);
+    st8(b + 2 * i, _mm_unpackhi_epi64(e, e));
   }
 };
 
 // C2 bytes 1 and 3 of each 4-byte group exchanged.  Unit: one group.
 struct SwapC2Chroma {
   static constexpr int kBlock = 16;
+  static constexpr bool kQuarter = true;
   static void one(int i, const u8* s, u8* d) {
     d[4 * i] = s[4 * i];
     d[4 * i + 1] = s[4 * i + 3];
@@ -386,21 +579,40 @@ struct SwapC2Chroma {
   }
   template <class M>
   static void block(int i, const u8* s, u8* d) {
+    half<M>(i, s, d);
+    half<M>(i + 8, s, d);
+  }
+  template <class M>
+  static void half(int i, const u8* s, u8* d) {
+    quarter<M>(i, s, d);
+    quarter<M>(i + 4, s, d);
+  }
+  template <class M>
+  static void quarter(int i, const u8* s, u8* d) {
     const __m128i keep = _mm_set1_epi32(0x00ff00ff);
-    for (int h = 0; h < 64; h += 16) {
-      const __m128i v = ldu(s + 4 * i + h);
-      const __m128i c = _mm_andnot_si128(keep, v);
-      const __m128i r = _mm_or_si128(_mm_slli_epi32(c, 16), _mm_srli_epi32(c, 16));
-      M::st(d + 4 * i + h, _mm_or_si128(_mm_and_si128(v, keep), r));
-    }
+    const __m128i v = ldu(s + 4 * i);
+    const __m128i c = _mm_andnot_si128(keep, v);
+    const __m128i r = _mm_or_si128(_mm_slli_epi32(c, 16), _mm_srli_epi32(c, 16));
+    M::st(d + 4 * i, _mm_or_si128(_mm_and_si128(v, keep), r));
   }
 };
 
-// One row: the block while a whole block is left, then the scalar form.
+// One row: the block while a whole block is left, then a half and a quarter
+// block where they fit, then the scalar form for the rest.
 template <class F, class M = Plain, class... A>
 inline void row(int n, A... a) {
   int i = 0;
   for (; i + F::kBlock <= n; i += F::kBlock) F::template block<M>(i, a...);
+  if (i + F::kBlock / 2 <= n) {
+    F::template half<M>(i, a...);
+    i += F::kBlock / 2;
+  }
+  if constexpr (F::kQuarter) {
+    if (i + F::kBlock / 4 <= n) {
+      F::template quarter<M>(i, a...);
+      i += F::kBlock / 4;
+    }
+  }
   for (; i < n; ++i) F::one(i, a...);
 }
 template <class F, class... A>
