@@ -597,3 +597,30 @@ TEST(RepackLayouts, DescriptionValues) {
   EXPECT_FALSE(repackTestsHeight(Ratio::k422, Ratio::k411));
 }
 }  // namespace
+
+namespace {
+// Steps are not checked: a negative step walks the image upward, so a
+// bottom-up frame converts to the rows of the top-down one in reverse order.
+TEST(Repack, NegativeStepsWalkUpward) {
+  const int W = 40, H = 6;
+  std::mt19937 rng(21);
+  std::vector<Lum8u> y(W * H), cc(W * H / 2);
+  for (auto* v : {&y, &cc})
+    for (auto& b : *v) b = static_cast<Lum8u>(rng());
+  std::vector<Lum8u> oy(W * H), ocb(W / 2 * H / 2), ocr(ocb.size());
+  Lum8u* d[3] = {oy.data(), ocb.data(), ocr.data()};
+  const int ds[3] = {W, W / 2, W / 2};
+  ASSERT_EQ(lumiYCbCr420_8u_P2P3R(y.data(), W, cc.data(), W, d, ds, LumSize{W, H}), LumOk);
+  std::vector<Lum8u> ry(W * H), rcb(ocb.size()), rcr(ocr.size());
+  Lum8u* rd[3] = {ry.data() + W * (H - 1), rcb.data() + W / 2 * (H / 2 - 1),
+                  rcr.data() + W / 2 * (H / 2 - 1)};
+  const int rs[3] = {-W, -W / 2, -W / 2};
+  ASSERT_EQ(lumiYCbCr420_8u_P2P3R(y.data(), W, cc.data(), W, rd, rs, LumSize{W, H}), LumOk);
+  for (int r = 0; r < H; ++r)
+    EXPECT_EQ(0, memcmp(&ry[(H - 1 - r) * W], &oy[r * W], W)) << r;
+  for (int r = 0; r < H / 2; ++r) {
+    EXPECT_EQ(0, memcmp(&rcb[(H / 2 - 1 - r) * W / 2], &ocb[r * W / 2], W / 2)) << r;
+    EXPECT_EQ(0, memcmp(&rcr[(H / 2 - 1 - r) * W / 2], &ocr[r * W / 2], W / 2)) << r;
+  }
+}
+}  // namespace
