@@ -589,11 +589,13 @@ struct SwapC2Chroma {
   }
   template <class M>
   static void quarter(int i, const u8* s, u8* d) {
+    // The two 16-bit words of each group exchanged, then the luma bytes
+    // taken back from the original.
     const __m128i keep = _mm_set1_epi32(0x00ff00ff);
     const __m128i v = ldu(s + 4 * i);
-    const __m128i c = _mm_andnot_si128(keep, v);
-    const __m128i r = _mm_or_si128(_mm_slli_epi32(c, 16), _mm_srli_epi32(c, 16));
-    M::st(d + 4 * i, _mm_or_si128(_mm_and_si128(v, keep), r));
+    const __m128i r = _mm_shufflehi_epi16(_mm_shufflelo_epi16(v, _MM_SHUFFLE(2, 3, 0, 1)),
+                                          _MM_SHUFFLE(2, 3, 0, 1));
+    M::st(d + 4 * i, _mm_or_si128(_mm_and_si128(v, keep), _mm_andnot_si128(keep, r)));
   }
 };
 
