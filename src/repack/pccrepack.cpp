@@ -169,16 +169,18 @@ struct SplitC2To411 {
       b[i] = p[YOdd ? 2 : 3];
     }
   }
+  // Dwords 0 and 2 (the first pixel pair of each 8-byte group) in the low
+  // half.
+  static __m128i firstPairs(__m128i v) { return _mm_shuffle_epi32(v, _MM_SHUFFLE(3, 1, 2, 0)); }
   template <class M>
   static void block(int i, const u8* s, u8* y, u8* a, u8* b) {
     const u8* p = s + 8 * i;
     const __m128i v0 = M::ld(p), v1 = M::ld(p + 16), v2 = M::ld(p + 32), v3 = M::ld(p + 48);
     M::st(y + 4 * i, packSel<YOdd>(v0, v1));
     M::st(y + 4 * i + 16, packSel<YOdd>(v2, v3));
-    // 16 chroma pairs as 16-bit words; the even words are the pairs kept.
-    const __m128i e0 = lum::evenOddWords(packSel<!YOdd>(v0, v1));
-    const __m128i e1 = lum::evenOddWords(packSel<!YOdd>(v2, v3));
-    const __m128i kept = _mm_unpacklo_epi64(e0, e1);
+    // The first pixel pair of each 8-byte group, then its two chroma bytes.
+    const __m128i kept = packSel<!YOdd>(_mm_unpacklo_epi64(firstPairs(v0), firstPairs(v1)),
+                                        _mm_unpacklo_epi64(firstPairs(v2), firstPairs(v3)));
     if (Pairs) {
       M::st(a + 2 * i, kept);
     } else {
@@ -191,7 +193,8 @@ struct SplitC2To411 {
     const u8* p = s + 8 * i;
     const __m128i v0 = M::ld(p), v1 = M::ld(p + 16);
     M::st(y + 4 * i, packSel<YOdd>(v0, v1));
-    const __m128i kept = lum::evenOddWords(packSel<!YOdd>(v0, v1));  // low 8 bytes
+    const __m128i kept =  // low 8 bytes
+        packSel<!YOdd>(_mm_unpacklo_epi64(firstPairs(v0), firstPairs(v1)), kz());
     if (Pairs) {
       st8(a + 2 * i, kept);
     } else {
