@@ -249,6 +249,10 @@ int expect(const char* path, const std::vector<std::string>& got) {
 }
 
 int main(int argc, char** argv) {
+  if (argc > 1 && strcmp(argv[1], "--names") == 0) {  // the function table's names
+    for (const lumtable::Entry& e : lumtable::table()) printf("%s\n", e.name);
+    return 0;
+  }
   const bool checkTeams = argc > 1 && strcmp(argv[1], "--check-teams") == 0;
   threads_omp_of_n_lum = 1;
   all();

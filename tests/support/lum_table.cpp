@@ -196,6 +196,7 @@ constexpr Invoke callStatHint() { return nullptr; }
 #define LUM_INVOKER_L(name, S, D, sl, dl) &callL<S, D, lum::isPlanar(lum::Layout::dl), name>
 #define LUM_INVOKER_M(name, S, D, sl, dl) &callM<S, D, lum::isPlanar(lum::Layout::sl), name>
 #define LUM_INVOKER_N(name, S, D, sl, dl) &callN<S, D, name>
+#define LUM_INVOKER_Other(name, S, D, sl, dl) (static_cast<void>(&name), Invoke{nullptr})
 #define LUM_INVOKER_Stat(name, S, D, sl, dl) callStat<S, D, name>()
 #define LUM_INVOKER_StatHint(name, S, D, sl, dl) callStatHint<S, D, name>()
 
