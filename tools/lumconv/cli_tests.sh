@@ -120,8 +120,8 @@ case_demo() {
   printf 'P6\n321 241\n255\n' >want.txt
   same h.txt want.txt
   [ "$(wc -c <"$DEMO/chart.ppm")" -eq $((15 + 321 * 241 * 3)) ] || die "chart.ppm has the wrong size"
-  head -c 42 "$DEMO/chart.y4m" >h.txt
-  printf 'YUV4MPEG2 W321 H241 F25:1 Ip A1:1 C444\nFRA' >want.txt
+  head -c 59 "$DEMO/chart.y4m" >h.txt
+  printf 'YUV4MPEG2 W321 H241 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\nFRA' >want.txt
   same h.txt want.txt
   # Two paths, each with a difference per channel.  Saturated reds and
   # magentas leave V's 8 bits and come back up to 35 levels darker in R;
@@ -172,7 +172,7 @@ case_rgb2yuv_ppm_tail() {
 case_rgb2yuv_ppm_to_y4m() {
   { printf 'P6\n9 1\n255\n'; rep 9 "$W3"; } >in.ppm
   ok rgb2yuv in.ppm out.y4m
-  { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444\nFRAME\n'
+  { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\nFRAME\n'
     rep 8 '\376'; printf '\377'; rep 8 '\177'; printf '\200'; rep 8 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
   grep -q -F 'lumiRGBToYUV_8u_C3P3R' err.txt || die "summary: $(cat err.txt)"
@@ -182,7 +182,7 @@ case_rgb2yuv_ppm_to_y4m() {
 case_rgb2yuv_raw_to_y4m() {
   { rep 17 '\377'; rep 17 '\377'; rep 17 '\377'; } >in.rgbp
   ok --raw 17x1 rgb2yuv in.rgbp out.y4m
-  { printf 'YUV4MPEG2 W17 H1 F25:1 Ip A1:1 C444\nFRAME\n'
+  { printf 'YUV4MPEG2 W17 H1 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\nFRAME\n'
     rep 17 '\376'; rep 16 '\177'; printf '\200'; rep 16 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
   grep -q -F 'lumiRGBToYUV_8u_P3R' err.txt || die "summary: $(cat err.txt)"
@@ -267,7 +267,7 @@ case_multiple_frames() {
   same out.ppm want.ppm
   grep -q -F '2 frames' err.txt || die "summary: $(cat err.txt)"
   ok rgb2yuv out.ppm back.y4m
-  n=$(printf 'YUV4MPEG2 W3 H2 F25:1 Ip A1:1 C444\n' | wc -c)
+  n=$(printf 'YUV4MPEG2 W3 H2 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\n' | wc -c)
   [ "$(wc -c <back.y4m)" -eq $((n + 2 * (6 + 18))) ] || die "back.y4m does not hold 2 frames"
   ok yuv2rgb in.y4m out.rgbp
   [ "$(wc -c <out.rgbp)" -eq 36 ] || die "out.rgbp holds $(wc -c <out.rgbp) bytes"
@@ -485,7 +485,7 @@ case_unsupported_16bit() {
 case_unsupported_y4m_chroma() {
   { printf 'YUV4MPEG2 W2 H2 F25:1 C420jpeg\nFRAME\n'; rep 6 '\200'; } >c.y4m
   fails 1 c.y4m yuv2rgb c.y4m out.ppm
-  says 'C420jpeg is not supported'
+  says 'C420jpeg is not supported by yuv2rgb'
   { printf 'YUV4MPEG2 W2 H2\nFRAME\n'; rep 6 '\200'; } >c2.y4m
   fails 1 c2.y4m yuv2rgb c2.y4m out.ppm
   says 'no C tag, so 4:2:0'
@@ -758,7 +758,7 @@ case_pipes() {
   # --to for a file too, and to planes: the output's format from --to.
   ok rgb2yuv in.ppm - --to=y4m
   head -n 1 out.txt >h.txt
-  printf 'YUV4MPEG2 W5 H1 F25:1 Ip A1:1 C444\n' >want.txt
+  printf 'YUV4MPEG2 W5 H1 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\n' >want.txt
   same h.txt want.txt
   # Headerless planes from a pipe.
   { rep 17 '\377'; rep 17 '\377'; rep 17 '\377'; } >in.rgbp
@@ -917,7 +917,7 @@ case_y4m_rate_kept() {
   { printf 'P6\n1 1\n255\n'; printf "$W3"; } >w.ppm
   ok rgb2yuv w.ppm --rate=50:1 --aspect 16:15 out3.y4m
   head -n 1 out3.y4m >h.txt
-  printf 'YUV4MPEG2 W1 H1 F50:1 Ip A16:15 C444\n' >want.txt
+  printf 'YUV4MPEG2 W1 H1 F50:1 Ip A16:15 C444 XLUMCC_MODEL=YUV\n' >want.txt
   same h.txt want.txt
   fails 2 '' rgb2yuv --rate 25 w.ppm out4.y4m
   says "--rate '25' is not a ratio"

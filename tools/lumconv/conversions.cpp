@@ -557,6 +557,7 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
   out.layout = row.out.layout;
   out.depth = row.out.depth;
   out.model = outputModel(row, src.model);
+  out.modelAssumed = row.out.model == Model::Unknown && src.modelAssumed;
   out.tags = src.tags;
   if (row.in.model == Model::RGB && row.out.layout == Layout::P3_420) out.tags.siting = "jpeg";
   if (row.out.layout == Layout::AC4) {
@@ -571,6 +572,7 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
     dst.width = src.width;
     dst.height = src.height;
     dst.model = out.model;
+    dst.modelAssumed = out.modelAssumed;
     dst.tags = out.tags;
     crop(out, dst, file);
   } else {

@@ -67,6 +67,9 @@ struct VideoTags {
   // plain C420): kept by the copy and the repacks; what a conversion from
   // RGB writes is centred ("jpeg").
   std::string siting = "jpeg";
+  // The C tag of a 4:2:0 .y4m input as it stood ("C420jpeg"; "" when the
+  // file had none), for messages.
+  std::string chromaTag;
 };
 
 // One image (one frame of a sequence).  8-bit samples live in data8, 16-bit

@@ -203,8 +203,9 @@ void checkModel(const std::string& path, FileFormat format, const std::string& e
                 const std::string& instead) {
   if (format == FileFormat::Y4M) {
     if (model != Model::Unknown && model != Model::YUV && model != Model::YCbCr)
-      fail(path, std::string("this file holds YCbCr or YUV, the conversion makes ") +
-                     modelName(model) + (instead.empty() ? "" : " (write " + instead + ")"));
+      fail(path, std::string("this file holds YUV, the conversion makes ") + modelName(model) +
+                     " (a .y4m holds YUV or YCbCr" +
+                     (instead.empty() ? ")" : "; write " + instead + ")"));
     return;
   }
   const Model holds = formatModel(format, ext);

@@ -131,7 +131,8 @@ class Y4mReader : public FrameReader {
     if (!haveW || !haveH)
       fail(path, std::string("malformed header: no ") + (haveW ? "H" : "W") + " tag");
     // A stream without a C tag is 4:2:0 with centred chroma.
-    if (chroma.empty()) chroma = "420jpeg";
+    const bool haveC = !chroma.empty();
+    if (!haveC) chroma = "420jpeg";
     if (chroma == "444") {
       layout_ = Layout::P3;
     } else if (chroma == "422") {
@@ -140,6 +141,7 @@ class Y4mReader : public FrameReader {
                chroma == "420") {
       layout_ = Layout::P3_420;
       tags_.siting = chroma.substr(3);
+      tags_.chromaTag = haveC ? "C" + chroma : "";
     } else {
       fail(path, "colour space C" + chroma +
                      " is not supported (lumconv reads C444, C422, C420jpeg, C420mpeg2, "
