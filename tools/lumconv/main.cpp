@@ -420,6 +420,18 @@ int convertFile(const std::string& name, const std::string& input, const std::st
                                      : std::string(" (") + modelName(frame.model) + " goes to " +
                                            others + ")"));
   };
+  if (notYet(name, src.layout, Layout::C3).empty()) {
+    if (reader->format() == FileFormat::Y4M && src.layout == Layout::P3_420 &&
+        !hasForm(name, Layout::P3_420, src.depth)) {
+      // (YCbCr 4:2:0 to RGB says so itself.)
+      const std::string other =
+          any->in.model == Model::RGB ? "" : "; yuv4202rgb converts 4:2:0";
+      fail(inName, (src.tags.chromaTag.empty() ? "no C tag, so 4:2:0 (C420jpeg), which"
+                                               : src.tags.chromaTag) +
+                       std::string(" is not supported by ") + name + " (4:2:0; its forms: " +
+                       formsOf(name) + ")" + other);
+    }
+  }
   checkInputModel(src);
 
   const Layout outLayout = chooseOutLayout(name, src, format, opts);
@@ -427,14 +439,6 @@ int convertFile(const std::string& name, const std::string& input, const std::st
   if (!row) {
     const std::string pending = notYet(name, src.layout, outLayout);
     if (!pending.empty()) fail(inName, pending);
-    if (reader->format() == FileFormat::Y4M && src.layout == Layout::P3_420 &&
-        !hasForm(name, Layout::P3_420, src.depth)) {
-      const std::string other = any->in.model == Model::RGB ? "" : "; yuv4202rgb converts 4:2:0";
-      fail(inName, (src.tags.chromaTag.empty() ? "no C tag, so 4:2:0 (C420jpeg), which"
-                                               : src.tags.chromaTag) +
-                       std::string(" is not supported by ") + name + " (4:2:0; its forms: " +
-                       formsOf(name) + ")" + other);
-    }
     if (isSubsampled(src.layout) || isSubsampled(outLayout))
       fail(inName, name + " has no " + formName(src.layout, outLayout) + " form (" +
                        kindWords(src.layout, src.model) + " to " +

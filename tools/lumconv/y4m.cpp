@@ -163,8 +163,8 @@ class Y4mReader : public FrameReader {
     if (!model.empty() && !range.empty())
       fail(path, "malformed header: tagged both XLUMCC_MODEL=YUV and XCOLORRANGE=" + range);
     model_ = !model.empty() ? Model::YUV : Model::YCbCr;
-    assumed_ = model.empty() && range.empty();
-    if (assumed_ && layout_ == Layout::P3) model_ = Model::YUV;
+    assumed_ = model.empty() && range.empty() && layout_ == Layout::P3;
+    if (assumed_) model_ = Model::YUV;
     if (wanted_ == Model::YCbCr && !model.empty())
       fail(path, "is tagged XLUMCC_MODEL=YUV (this library's YUV, not YCbCr): read it with "
                  "yuv2rgb, yuv4222rgb or yuv4202rgb");
