@@ -556,6 +556,190 @@ LUM_API LumStatus lumiHLSToBGR_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* c
                                         int dstStep, LumSize roiSize);
 /* END SECTION hlsplane */
 
+/* BEGIN SECTION repack-layouts (subsampled layout repacking) */
+/*
+ * Repacks among the subsampled layouts with no change of colour model and no
+ * arithmetic on a sample: Y is copied unchanged, chroma is copied, dropped or
+ * repeated, never averaged.  All samples 8u.
+ *
+ * Sampling (image of W x H pixels):  4:2:2 chroma W/2 x H (one pair per 2
+ * horizontally adjacent pixels), 4:2:0 chroma W/2 x H/2 (one pair per 2x2
+ * block), 4:1:1 chroma W/4 x H (one pair per 4 horizontally adjacent pixels).
+ * Storage:
+ *   C2  one interleaved plane, 4:2:2 only, 4 bytes per pixel pair:
+ *       YCbCr422 "Y0 Cb Y1 Cr", YCrCb422 "Y0 Cr Y1 Cb", CbYCr422 "Cb Y0 Cr Y1".
+ *   P3  pSrc/pDst: arrays of 3 plane pointers, srcStep/dstStep: arrays of 3
+ *       steps; planes Y, Cb, Cr for YCbCr names, Y, Cr, Cb for YCrCb names.
+ *   P2  a Y plane and one chroma plane of pairs Cb0 Cr0 Cb1 Cr1 ... (Cb
+ *       first), each with its own pointer and step; a chroma row holds W
+ *       bytes for 4:2:0, W/2 bytes for 4:1:1.
+ * Chroma rules (C = Cb or Cr, r a destination chroma row, k a column):
+ *   4:2:2 -> 4:2:0  C[r][k] = src C[2r][k]             (odd rows dropped)
+ *   4:2:0 -> 4:2:2  C[2r][k] = C[2r+1][k] = src C[r][k] (rows repeated)
+ *   4:2:2 -> 4:1:1  C[r][k] = src C[r][2k]             (odd columns dropped)
+ *   4:1:1 -> 4:2:2  C[r][2k] = C[r][2k+1] = src C[r][k] (samples repeated)
+ *   4:2:0 -> 4:1:1  C[2r][k] = src C[r][2k], C[2r+1][k] = src C[r][2k+1]
+ *   4:1:1 -> 4:2:0  C[r][2k] = src C[2r][k], C[r][2k+1] = src C[2r+1][k]
+ * The last two are permutations: 4:2:0 -> 4:1:1 -> 4:2:0 gives the chroma
+ * back bit for bit.  A C2 source gives its chroma only from even rows (to
+ * 4:2:0) or from the first of every two pixel pairs (to 4:1:1).
+ *
+ * Checks, the first failure deciding: a null pointer -> LumErrNullPtr,
+ * source first, a plane array before its 3 entries (step arrays are not
+ * tested; lumiYCbCr420_8u_P3P2R and lumiYCrCb420ToYCbCr411_8u_P3P2R test
+ * only the entries of pSrc, so pSrc itself must not be null there); then
+ * width, then height below the minimum -> LumErrSize.  Minimum 2 wide
+ * (4 wide when 4:1:1 stands on a side), 2 high when 4:2:0 stands on a side;
+ * otherwise the height is not tested, and a height of 0 or below converts
+ * nothing and returns LumOk.  The width is then rounded down to even (to a
+ * multiple of 4 with 4:1:1), the height to even with 4:2:0; the columns and
+ * rows left over stay unwritten and the status stays LumOk.  Steps are not
+ * tested.  Everything runs on the calling thread.
+ *
+ * Large frames: some members store their destination with non-temporal
+ * stores when it is 16-byte aligned and the frame is large; the bytes are
+ * the same either way.
+ */
+/* 4:2:2 P3 -> 4:2:0 P3. */
+LUM_API LumStatus lumiYCbCr422ToYCbCr420_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                Lum8u* const pDst[3], const int dstStep[3],
+                                                LumSize roiSize);
+/* 4:2:0 P3 -> 4:2:2 P3. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                Lum8u* const pDst[3], const int dstStep[3],
+                                                LumSize roiSize);
+/* 4:2:0 P3 in the order Y, Cr, Cb -> 4:2:2 P3 Y, Cb, Cr. */
+LUM_API LumStatus lumiYCrCb420ToYCbCr422_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                Lum8u* const pDst[3], const int dstStep[3],
+                                                LumSize roiSize);
+/* YCrCb422 C2 -> 4:2:2 P3.  When pSrc, srcStep, pDst[0] and dstStep[0] are
+ * all multiples of 16 and the even width is a multiple of 16, byte 1 (Cr)
+ * goes to plane 1 and byte 3 (Cb) to plane 2; otherwise byte 1 goes to plane
+ * 2 and byte 3 to plane 1.  This difference between the two cases is kept. */
+LUM_API LumStatus lumiYCrCb422ToYCbCr422_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* CbYCr422 C2 -> 4:2:2 P3. */
+LUM_API LumStatus lumiCbYCr422ToYCbCr422_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* YCbCr422 / YCrCb422 / CbYCr422 C2 -> 4:2:0 P3 (chroma of the even rows). */
+LUM_API LumStatus lumiYCbCr422ToYCbCr420_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+LUM_API LumStatus lumiYCrCb422ToYCbCr420_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+LUM_API LumStatus lumiCbYCr422ToYCbCr420_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* YCbCr422 / YCrCb422 / CbYCr422 C2 -> 4:1:1 P3 (chroma of the first of
+ * every two pixel pairs). */
+LUM_API LumStatus lumiYCbCr422ToYCbCr411_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+LUM_API LumStatus lumiYCrCb422ToYCbCr411_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+LUM_API LumStatus lumiCbYCr422ToYCbCr411_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* 4:2:2 P3 -> 4:2:0 P2. */
+LUM_API LumStatus lumiYCbCr422ToYCbCr420_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                                  int dstCbCrStep, LumSize roiSize);
+/* 4:2:0 P2 -> 4:2:2 P3. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* 4:2:0 P3 -> 4:2:0 P2 (pSrc itself is not tested for null). */
+LUM_API LumStatus lumiYCbCr420_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                        Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                        int dstCbCrStep, LumSize roiSize);
+/* 4:2:0 P2 -> 4:2:0 P3. */
+LUM_API LumStatus lumiYCbCr420_8u_P2P3R(const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr,
+                                        int srcCbCrStep, Lum8u* const pDst[3],
+                                        const int dstStep[3], LumSize roiSize);
+/* 4:2:2 P3 -> 4:1:1 P2. */
+LUM_API LumStatus lumiYCbCr422ToYCbCr411_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                                  int dstCbCrStep, LumSize roiSize);
+/* 4:2:0 P3 (Y, Cb, Cr) -> 4:1:1 P2. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr411_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                                  int dstCbCrStep, LumSize roiSize);
+/* 4:2:0 P3 (Y, Cr, Cb) -> 4:1:1 P2 (pSrc itself is not tested for null). */
+LUM_API LumStatus lumiYCrCb420ToYCbCr411_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                                  int dstCbCrStep, LumSize roiSize);
+/* 4:2:0 P2 -> 4:1:1 P3. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr411_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* 4:1:1 P3 -> YCbCr422 / YCrCb422 C2. */
+LUM_API LumStatus lumiYCbCr411ToYCbCr422_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCbCr411ToYCrCb422_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* 4:1:1 P3 -> 4:2:2 P3 in the order Y, Cb, Cr / Y, Cr, Cb. */
+LUM_API LumStatus lumiYCbCr411ToYCbCr422_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                Lum8u* const pDst[3], const int dstStep[3],
+                                                LumSize roiSize);
+LUM_API LumStatus lumiYCbCr411ToYCrCb422_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                Lum8u* const pDst[3], const int dstStep[3],
+                                                LumSize roiSize);
+/* 4:1:1 P3 -> 4:2:0 P3 and P2. */
+LUM_API LumStatus lumiYCbCr411ToYCbCr420_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                Lum8u* const pDst[3], const int dstStep[3],
+                                                LumSize roiSize);
+LUM_API LumStatus lumiYCbCr411ToYCbCr420_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                                  int dstCbCrStep, LumSize roiSize);
+/* 4:1:1 P3 -> 4:1:1 P2. */
+LUM_API LumStatus lumiYCbCr411_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                        Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                        int dstCbCrStep, LumSize roiSize);
+/* 4:1:1 P2 -> YCbCr422 C2. */
+LUM_API LumStatus lumiYCbCr411ToYCbCr422_8u_P2C2R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* 4:1:1 P2 -> 4:2:2 P3. */
+LUM_API LumStatus lumiYCbCr411ToYCbCr422_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* 4:1:1 P2 -> 4:2:0 P3 in the order Y, Cb, Cr / Y, Cr, Cb. */
+LUM_API LumStatus lumiYCbCr411ToYCbCr420_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+LUM_API LumStatus lumiYCbCr411ToYCrCb420_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* 4:1:1 P2 -> 4:1:1 P3. */
+LUM_API LumStatus lumiYCbCr411_8u_P2P3R(const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr,
+                                        int srcCbCrStep, Lum8u* const pDst[3],
+                                        const int dstStep[3], LumSize roiSize);
+/* YCbCr422 C2 -> 4:1:1 P2. */
+LUM_API LumStatus lumiYCbCr422ToYCbCr411_8u_C2P2R(const Lum8u* pSrc, int srcStep, Lum8u* pDstY,
+                                                  int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep,
+                                                  LumSize roiSize);
+/* YCbCr422 C2 -> YCrCb422 C2: bytes 1 and 3 of each pixel pair exchanged. */
+LUM_API LumStatus lumiYCbCr422ToYCrCb422_8u_C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                                int dstStep, LumSize roiSize);
+/* 4:2:2 P3 -> 4:1:1 P3. */
+LUM_API LumStatus lumiYCbCr422ToYCbCr411_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                Lum8u* const pDst[3], const int dstStep[3],
+                                                LumSize roiSize);
+/* 4:2:2 P3 -> C2 "Y0 P2 Y1 P1": plane 2 at byte 1, plane 1 at byte 3, so a
+ * Y, Cb, Cr source gives YCrCb422 and a Y, Cr, Cb source gives YCbCr422. */
+LUM_API LumStatus lumiYCbCr422ToYCrCb422_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* END SECTION repack-layouts */
+
 #ifdef __cplusplus
 }
 #endif

@@ -144,4 +144,49 @@ template <> inline I16x16 broadcast16<I16x16>(int v) {
 }  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
+
+// ===========================================================================
+// Lane-wise 16/32-bit operations for the subsampled and YCbCr families
+// (pccyuv02*, pccycbcr*).  Each acts within each 128-bit half, as the
+// instructions do: a formula that unpacks words in pairs (interleaveLo/Hi),
+// forms 32-bit pair products or pair sums (madd) and packs them back
+// (packS32) puts every lane back where it came from at both widths.
+namespace lum {
+inline namespace LUM_ISA_NS {
+
+inline I16x8 subSat(I16x8 a, I16x8 b) { return {_mm_subs_epi16(a.v, b.v)}; }
+inline I16x8 interleaveLo(I16x8 a, I16x8 b) { return {_mm_unpacklo_epi16(a.v, b.v)}; }
+inline I16x8 interleaveHi(I16x8 a, I16x8 b) { return {_mm_unpackhi_epi16(a.v, b.v)}; }
+inline I32x4 madd(I16x8 a, I16x8 b) { return {_mm_madd_epi16(a.v, b.v)}; }   // pmaddwd
+inline I16x8 packS32(I32x4 lo, I32x4 hi) { return {_mm_packs_epi32(lo.v, hi.v)}; }
+inline I32x4 operator+(I32x4 a, I32x4 b) { return {_mm_add_epi32(a.v, b.v)}; }
+inline I32x4 operator-(I32x4 a, I32x4 b) { return {_mm_sub_epi32(a.v, b.v)}; }
+template <int n> inline I32x4 shrA(I32x4 a) { return {_mm_srai_epi32(a.v, n)}; }
+template <class I> I broadcast32(int v);
+template <> inline I32x4 broadcast32<I32x4>(int v) { return {_mm_set1_epi32(v)}; }
+// Two 16-bit constants in each 32-bit lane: lo in the even word, hi in the odd.
+template <class I> inline I broadcastPair16(int lo, int hi) {
+  return I{broadcast32<decltype(madd(I{}, I{}))>(
+               static_cast<int>((static_cast<uint32_t>(hi) << 16) | (static_cast<uint32_t>(lo) & 0xffffu)))
+               .v};
+}
+// The 32-bit lane type of a 16-bit lane type.
+template <class I> using Wide32 = decltype(madd(I{}, I{}));
+
+#if defined(__AVX2__)
+inline I16x16 subSat(I16x16 a, I16x16 b) { return {_mm256_subs_epi16(a.v, b.v)}; }
+inline I16x16 interleaveLo(I16x16 a, I16x16 b) { return {_mm256_unpacklo_epi16(a.v, b.v)}; }
+inline I16x16 interleaveHi(I16x16 a, I16x16 b) { return {_mm256_unpackhi_epi16(a.v, b.v)}; }
+inline I32x8 madd(I16x16 a, I16x16 b) { return {_mm256_madd_epi16(a.v, b.v)}; }
+inline I16x16 packS32(I32x8 lo, I32x8 hi) { return {_mm256_packs_epi32(lo.v, hi.v)}; }
+inline I32x8 operator+(I32x8 a, I32x8 b) { return {_mm256_add_epi32(a.v, b.v)}; }
+inline I32x8 operator-(I32x8 a, I32x8 b) { return {_mm256_sub_epi32(a.v, b.v)}; }
+template <int n> inline I32x8 shrA(I32x8 a) { return {_mm256_srai_epi32(a.v, n)}; }
+template <> inline I32x8 broadcast32<I32x8>(int v) { return {_mm256_set1_epi32(v)}; }
+#endif  // __AVX2__
+
+}  // inline namespace LUM_ISA_NS
+}  // namespace lum
+// ===========================================================================
+
 #endif  // LUM_LANES_H

@@ -327,4 +327,47 @@ inline __m128i hi8to16(__m128i v) { return _mm_unpackhi_epi8(v, _mm_setzero_si12
 }  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
+
+// ===========================================================================
+// AVX2 (de)interleave of 32 3-byte pixels (96 bytes), for the block loops of
+// the subsampled and YCbCr families (pccyuv02_avx2.cpp, pccycbcr_avx2.cpp):
+// the SSSE3 byte shuffles above on both 128-bit halves at once, pixels 0-15
+// of each channel in the low half, 16-31 in the high half.  Present only in
+// units compiled for AVX2.
+#if defined(__AVX2__)
+#include <immintrin.h>
+namespace lum {
+inline namespace LUM_ISA_NS {
+
+inline __m256i loadHalves(const void* lo, const void* hi) {
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(loadu(lo)), loadu(hi), 1);
+}
+inline __m256i shuffleMask2(const uint8_t* m) {
+  return _mm256_broadcastsi128_si256(shuffleMask(m));
+}
+inline void deinterleave3x32Avx2(const uint8_t* p, __m256i c[3]) {
+  const __m256i v[3] = {loadHalves(p, p + 48), loadHalves(p + 16, p + 64),
+                        loadHalves(p + 32, p + 80)};
+  for (int k = 0; k < 3; ++k)
+    c[k] = _mm256_or_si256(
+        _mm256_or_si256(_mm256_shuffle_epi8(v[0], shuffleMask2(kGather3.m[k][0])),
+                        _mm256_shuffle_epi8(v[1], shuffleMask2(kGather3.m[k][1]))),
+        _mm256_shuffle_epi8(v[2], shuffleMask2(kGather3.m[k][2])));
+}
+inline void interleave3x32Avx2(const __m256i c[3], uint8_t* p) {
+  for (int j = 0; j < 3; ++j) {
+    const __m256i o = _mm256_or_si256(
+        _mm256_or_si256(_mm256_shuffle_epi8(c[0], shuffleMask2(kScatter3.m[j][0])),
+                        _mm256_shuffle_epi8(c[1], shuffleMask2(kScatter3.m[j][1]))),
+        _mm256_shuffle_epi8(c[2], shuffleMask2(kScatter3.m[j][2])));
+    storeu(p + 16 * j, _mm256_castsi256_si128(o));
+    storeu(p + 48 + 16 * j, _mm256_extracti128_si256(o, 1));
+  }
+}
+
+}  // inline namespace LUM_ISA_NS
+}  // namespace lum
+#endif  // __AVX2__
+// ===========================================================================
+
 #endif  // LUM_SIMD_H

@@ -2,17 +2,16 @@
 //
 // Each kernel runs its block formula over the first pixels of the row and its
 // tail formula over the rest, counted from the start of every row; the two
-// differ by up to a level on purpose (scalar forms in pccycbcr.h, SSE2 forms
-// in pccycbcr_blocks.h).  The block loops are functions of their own,
-// block..._sse2(..., end) returning the first pixel not done, so that a wider
-// path can stand beside them with the same contract.  The AC4 kernels are
-// scalar throughout.  Everything runs on the calling thread.
+// differ by up to a level on purpose (scalar and lane forms in pccycbcr.h).
+// The block part takes the call's instruction-set level: AVX2 rounds of 32
+// pixels first, then the SSSE3 or SSE2 loops from where they stopped; every
+// level gives the same bytes.  The AC4 kernels are scalar throughout.
+// Everything runs on the calling thread.
 #include "video/pccycbcr.h"
 #include "video/pccycbcr_blocks.h"
 
-#include <string.h>
-
 #include "frame/lum_frame.h"
+#include "frame/lum_row.h"
 #include "frame/lum_simd.h"
 
 using namespace lum;
@@ -22,33 +21,25 @@ namespace {
 
 using namespace ycbcrblocks;
 
-// ---------------------------------------------------------------------------
-// SSE2 block loops over [0, end).
-
-int blockRGBToYCbCr_C3_sse2(const Lum8u* pSrc, Lum8u* pDst, int end) {
-  return blockC3toC3(pSrc, pDst, end, StepB{});
+// The block part by level (see pccyuv02.cpp): AVX2 rounds, then the SSSE3 or
+// SSE2 loop from where they stopped.
+template <class Avx2, class Ssse3, class Sse2>
+inline int byLevel(Isa isa, int end, Avx2 avx2, Ssse3 ssse3, Sse2 sse2) {
+  const int x = isa >= kIsaAvx2 ? avx2(0, end) : 0;
+  return isa >= kIsaSsse3 ? ssse3(x, end) : sse2(x, end);
 }
 
-// One plane pass of formula C, 16 pixels a round.
-template <class Vec>
-int passC_sse2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOut, int end, Vec vec) {
-  int x = 0;
-  for (; x < end; x += 16) {
-    const __m128i r = loadu(pR + x), g = loadu(pG + x), b = loadu(pB + x);
-    storeu(pOut + x, vPackS16U8(vec(lo8to16(r), lo8to16(g), lo8to16(b)),
-                                vec(hi8to16(r), hi8to16(g), hi8to16(b))));
-  }
-  return x;
-}
-
-int blockYCbCrToRGB_C3_sse2(const Lum8u* pSrc, Lum8u* pDst, int end) {
-  return blockC3toC3(pSrc, pDst, end, StepE{});
-}
-int blockYCbCrToRGB_P3_sse2(const Lum8u* const src[3], Lum8u* const dst[3], int end) {
-  return blockP3toP3(src, dst, end, StepE{});
-}
-int blockYCbCrToRGB_P3C3_sse2(const Lum8u* const src[3], Lum8u* pDst, int end) {
-  return blockP3toC3(src, pDst, end, StepF{});
+// One output plane of the plane forward kernel: C over the block part, A on
+// the rest.
+template <I16x8 (*Lanes)(I16x8, I16x8, I16x8), uint8_t (*tail)(int, int, int)>
+inline void planeC(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOut, int plane,
+                   int width, Isa isa) {
+  auto sse2 = [&](int x, int e) { return passC<Lanes>(pR, pG, pB, pOut, x, e); };
+  walkRow<kBlockRGBToYCbCr_P3>(width, [&](int end) {
+    return byLevel(isa, end,
+        [&](int x, int e) { return blockRGBToYCbCr_P3_avx2(pR, pG, pB, pOut, plane, x, e); },
+        sse2, sse2);
+  }, [&](int x) { pOut[x] = tail(pR[x], pG[x], pB[x]); });
 }
 
 }  // namespace
@@ -57,176 +48,142 @@ int blockYCbCrToRGB_P3C3_sse2(const Lum8u* const src[3], Lum8u* pDst, int end) {
 // One-row kernels.
 
 // Block B (8 pixels), tail A on width & 7.
-void innerRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  int x = blockRGBToYCbCr_C3_sse2(pSrc, pDst, width & ~(kBlockRGBToYCbCr_C3 - 1));
-  for (; x < width; ++x) formA(pSrc[3 * x], pSrc[3 * x + 1], pSrc[3 * x + 2], pDst + 3 * x);
+void innerRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  walkRow<kBlockRGBToYCbCr_C3>(PixC3<const Lum8u>{pSrc}, PixC3<Lum8u>{pDst}, width, [&](int end) {
+    return byLevel(isa, end,
+        [&](int x, int e) { return blockRGBToYCbCr_C3_avx2(pSrc, pDst, x, e); },
+        [&](int x, int e) { return blockRGBToYCbCr_C3_ssse3(pSrc, pDst, x, e); },
+        [&](int x, int e) { return blockC3toC3<NetSse2>(pSrc, pDst, x, e, StepB{}); });
+  }, formA);
 }
 
 // A for every pixel; the three colour bytes only (alpha neither read nor
 // written).
-void innerRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  for (int x = 0; x < width; ++x) formA(pSrc[4 * x], pSrc[4 * x + 1], pSrc[4 * x + 2], pDst + 4 * x);
+void innerRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa) {
+  walkRow<1>(PixAC4<const Lum8u>{pSrc}, PixAC4<Lum8u>{pDst}, width, [](int) { return 0; }, formA);
 }
 
 // One pass per destination plane, Y, Cb, Cr: block C (16), tail A on
 // width & 15.
 void innerRGBToYCbCr_C3P2_C3P2R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                                Lum8u* pCb, Lum8u* pCr, int width) {
-  const int end = width & ~(kBlockRGBToYCbCr_P3 - 1);
-  int x = passC_sse2(pR, pG, pB, pY, end, formCYVec);
-  for (; x < width; ++x) pY[x] = formAY(pR[x], pG[x], pB[x]);
-  x = passC_sse2(pR, pG, pB, pCb, end, formCCbVec);
-  for (; x < width; ++x) pCb[x] = formACb(pR[x], pG[x], pB[x]);
-  x = passC_sse2(pR, pG, pB, pCr, end, formCCrVec);
-  for (; x < width; ++x) pCr[x] = formACr(pR[x], pG[x], pB[x]);
+                                Lum8u* pCb, Lum8u* pCr, int width, Isa isa) {
+  planeC<formCYLanes<I16x8>, formAY>(pR, pG, pB, pY, 0, width, isa);
+  planeC<formCCbLanes<I16x8>, formACb>(pR, pG, pB, pCb, 1, width, isa);
+  planeC<formCCrLanes<I16x8>, formACr>(pR, pG, pB, pCr, 2, width, isa);
 }
 
 // Block E (rounds of 8, then one of 4), tail D on width & 3.
-void innerYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  int x = blockYCbCrToRGB_C3_sse2(pSrc, pDst, width & ~(kBlockYCbCrToRGB_C3 - 1));
-  for (; x < width; ++x) formD(pSrc[3 * x], pSrc[3 * x + 1], pSrc[3 * x + 2], pDst + 3 * x);
+void innerYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  walkRow<kBlockYCbCrToRGB_C3>(PixC3<const Lum8u>{pSrc}, PixC3<Lum8u>{pDst}, width, [&](int end) {
+    return byLevel(isa, end,
+        [&](int x, int e) { return blockYCbCrToRGB_C3_avx2(pSrc, pDst, x, e); },
+        [&](int x, int e) { return blockYCbCrToRGB_C3_ssse3(pSrc, pDst, x, e); },
+        [&](int x, int e) { return blockC3toC3<NetSse2>(pSrc, pDst, x, e, StepE{}); });
+  }, formD);
 }
 
 // D for every pixel; the three colour bytes only.
-void innerYCbCrToRGB_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  for (int x = 0; x < width; ++x) formD(pSrc[4 * x], pSrc[4 * x + 1], pSrc[4 * x + 2], pDst + 4 * x);
+void innerYCbCrToRGB_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa) {
+  walkRow<1>(PixAC4<const Lum8u>{pSrc}, PixAC4<Lum8u>{pDst}, width, [](int) { return 0; }, formD);
 }
 
 // Planes to planes: block E (rounds of 8, then one of 4), tail D on width & 3.
 void innerYCbCrToRGB_C3P2_C3P2R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pR,
-                                Lum8u* pG, Lum8u* pB, int width) {
+                                Lum8u* pG, Lum8u* pB, int width, Isa isa) {
   const Lum8u* const src[3] = {pY, pCb, pCr};
   Lum8u* const dst[3] = {pR, pG, pB};
-  int x = blockYCbCrToRGB_P3_sse2(src, dst, width & ~(kBlockYCbCrToRGB_P3 - 1));
-  for (; x < width; ++x) {
-    Lum8u rgb[3];
-    formD(pY[x], pCb[x], pCr[x], rgb);
-    pR[x] = rgb[0];
-    pG[x] = rgb[1];
-    pB[x] = rgb[2];
-  }
+  auto sse2 = [&](int x, int e) { return blockP3toP3(src, dst, x, e, StepE{}); };
+  walkRow<kBlockYCbCrToRGB_P3>(PixP3<const Lum8u>{{pY, pCb, pCr}}, PixP3<Lum8u>{{pR, pG, pB}}, width,
+      [&](int end) {
+        return byLevel(isa, end,
+            [&](int x, int e) { return blockYCbCrToRGB_P3_avx2(src, dst, x, e); }, sse2, sse2);
+      }, formD);
 }
 
 // Planes to pixels: block F (8), tail G on width & 7.
 void innerYCbCrToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
-                              int width) {
+                              int width, Isa isa) {
   const Lum8u* const src[3] = {pY, pCb, pCr};
-  int x = blockYCbCrToRGB_P3C3_sse2(src, pDst, width & ~(kBlockYCbCrToRGB_P3C3 - 1));
-  for (; x < width; ++x) formG(pY[x], pCb[x], pCr[x], pDst + 3 * x);
+  walkRow<kBlockYCbCrToRGB_P3C3>(PixP3<const Lum8u>{{pY, pCb, pCr}}, PixC3<Lum8u>{pDst}, width,
+      [&](int end) {
+        return byLevel(isa, end,
+            [&](int x, int e) { return blockYCbCrToRGB_P3C3_avx2(src, pDst, x, e); },
+            [&](int x, int e) { return blockYCbCrToRGB_P3C3_ssse3(src, pDst, x, e); },
+            [&](int x, int e) { return blockP3toC3<NetSse2>(src, pDst, x, e, StepF{}); });
+      }, formG);
 }
 
 // ===========================================================================
 // Row drivers: all rows on the calling thread; in the plane forms the three
 // planes of an image advance by the same step.
 
-void myRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                         int dstStep) {
-  serialRows(height, [&](int y) {
-    innerRGBToYCbCr_C3_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
+namespace {
+
+// A pixel-order kernel over the rows of the region.
+template <class Kernel>
+void rowsC(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep, int dstStep,
+           Isa isa, Kernel kernel) {
+  rows<Threading::Serial>(width, height, [&](int y) {
+    kernel(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa);
   });
+}
+
+void myRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
+                         int dstStep, Isa isa) {
+  rowsC(pSrc, pDst, width, height, srcStep, dstStep, isa, innerRGBToYCbCr_C3_C3R);
 }
 void myRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                       int dstStep) {
-  serialRows(height, [&](int y) {
-    innerRGBToYCbCr_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
-  });
-}
-void myRGBToYCbCr_C3P2_C3P2R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                             Lum8u* pCb, Lum8u* pCr, int width, int height, int srcStep,
-                             int dstStep) {
-  serialRows(height, [&](int y) {
-    innerRGBToYCbCr_C3P2_C3P2R(rowPtr(pR, y, srcStep), rowPtr(pG, y, srcStep),
-                               rowPtr(pB, y, srcStep), rowPtr(pY, y, dstStep),
-                               rowPtr(pCb, y, dstStep), rowPtr(pCr, y, dstStep), width);
-  });
+                       int dstStep, Isa isa) {
+  rowsC(pSrc, pDst, width, height, srcStep, dstStep, isa, innerRGBToYCbCr_AC4R);
 }
 void myYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                         int dstStep) {
-  serialRows(height, [&](int y) {
-    innerYCbCrToRGB_C3_C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
-  });
+                         int dstStep, Isa isa) {
+  rowsC(pSrc, pDst, width, height, srcStep, dstStep, isa, innerYCbCrToRGB_C3_C3R);
 }
 void myYCbCrToRGBA_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                        int dstStep) {
-  serialRows(height, [&](int y) {
-    innerYCbCrToRGB_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
+                        int dstStep, Isa isa) {
+  rowsC(pSrc, pDst, width, height, srcStep, dstStep, isa, innerYCbCrToRGB_AC4R);
+}
+void myRGBToYCbCr_C3P2_C3P2R(const Lum8u* const s[3], Lum8u* const d[3], int width, int height,
+                             int srcStep, int dstStep, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
+    innerRGBToYCbCr_C3P2_C3P2R(rowPtr(s[0], y, srcStep), rowPtr(s[1], y, srcStep),
+                               rowPtr(s[2], y, srcStep), rowPtr(d[0], y, dstStep),
+                               rowPtr(d[1], y, dstStep), rowPtr(d[2], y, dstStep), width, isa);
   });
 }
-void myYCbCrToRGB_C3P2_C3P2R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pR,
-                             Lum8u* pG, Lum8u* pB, int width, int height, int srcStep,
-                             int dstStep) {
-  serialRows(height, [&](int y) {
-    innerYCbCrToRGB_C3P2_C3P2R(rowPtr(pY, y, srcStep), rowPtr(pCb, y, srcStep),
-                               rowPtr(pCr, y, srcStep), rowPtr(pR, y, dstStep),
-                               rowPtr(pG, y, dstStep), rowPtr(pB, y, dstStep), width);
+void myYCbCrToRGB_C3P2_C3P2R(const Lum8u* const s[3], Lum8u* const d[3], int width, int height,
+                             int srcStep, int dstStep, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
+    innerYCbCrToRGB_C3P2_C3P2R(rowPtr(s[0], y, srcStep), rowPtr(s[1], y, srcStep),
+                               rowPtr(s[2], y, srcStep), rowPtr(d[0], y, dstStep),
+                               rowPtr(d[1], y, dstStep), rowPtr(d[2], y, dstStep), width, isa);
   });
 }
-void myYCbCrToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
-                           int width, int height, int srcStep, int dstStep) {
-  serialRows(height, [&](int y) {
-    innerYCbCrToRGB_8u_P3C3R(rowPtr(pY, y, srcStep), rowPtr(pCb, y, srcStep),
-                             rowPtr(pCr, y, srcStep), rowPtr(pDst, y, dstStep), width);
+void myYCbCrToRGB_8u_P3C3R(const Lum8u* const s[3], Lum8u* pDst, int width, int height,
+                           int srcStep, int dstStep, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
+    innerYCbCrToRGB_8u_P3C3R(rowPtr(s[0], y, srcStep), rowPtr(s[1], y, srcStep),
+                             rowPtr(s[2], y, srcStep), rowPtr(pDst, y, dstStep), width, isa);
   });
 }
+
+}  // namespace
 
 // ===========================================================================
-// Public functions: checks (P1 or P2), then one call.
+// Public functions: the checks of their pattern, then one call.
 
-LUM_PUBLIC LumStatus lumiRGBToYCbCr_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myRGBToYCbCr_C3_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYCbCr_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                            int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myRGBToYCbCr_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYCbCr_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
-                                           Lum8u* const pDst[3], int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myRGBToYCbCr_C3P2_C3P2R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width,
-                          roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYCbCrToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                           int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myYCbCrToRGB_C3_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYCbCrToRGB_8u_AC4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                            int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myYCbCrToRGBA_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYCbCrToRGB_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
-                                           Lum8u* const pDst[3], int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myYCbCrToRGB_C3P2_C3P2R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width,
-                          roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYCbCrToRGB_8u_P3C3R(const Lum8u* const pSrc[3], int srcStep,
-                                             Lum8u* pDst, int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3)});
-  if (st != LumOk) return st;
-  myYCbCrToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width, roiSize.height, srcStep,
-                        dstStep);
-  return LumOk;
-}
+LUM_PUBLIC_A(lumiRGBToYCbCr_8u_C3R, P1, Lum8u, Lum8u,
+             myRGBToYCbCr_C3_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+LUM_PUBLIC_A(lumiRGBToYCbCr_8u_AC4R, P1, Lum8u, Lum8u,
+             myRGBToYCbCr_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+LUM_PUBLIC_D(lumiRGBToYCbCr_8u_P3R, P2, Lum8u, Lum8u, 3, 3,
+             myRGBToYCbCr_C3P2_C3P2R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+LUM_PUBLIC_A(lumiYCbCrToRGB_8u_C3R, P1, Lum8u, Lum8u,
+             myYCbCrToRGB_C3_C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+LUM_PUBLIC_A(lumiYCbCrToRGB_8u_AC4R, P1, Lum8u, Lum8u,
+             myYCbCrToRGBA_AC4R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+LUM_PUBLIC_D(lumiYCbCrToRGB_8u_P3R, P2, Lum8u, Lum8u, 3, 3,
+             myYCbCrToRGB_C3P2_C3P2R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+LUM_PUBLIC_C(lumiYCbCrToRGB_8u_P3C3R, P2, Lum8u, Lum8u, 3,
+             myYCbCrToRGB_8u_P3C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))

@@ -14,10 +14,13 @@
 
 #include <stdint.h>
 
+#include "frame/lum_cpu.h"
+#include "frame/lum_lanes.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
 namespace lum {
+inline namespace LUM_ISA_NS {
 namespace ycbcr {
 
 // ---------------------------------------------------------------------------
@@ -133,6 +136,22 @@ inline void formB(int R, int G, int B, uint8_t* out) {
   out[1] = static_cast<uint8_t>(formBChan(R, G, B, kFormBCb));
   out[2] = static_cast<uint8_t>(formBChan(R, G, B, kFormBCr));
 }
+// B on a lane type of 16-bit lanes (I16x8, I16x16): pmaddwd forms c0 R + c1 G
+// in 32-bit lanes, shifted by 11 and packed back; (c2 B) >> 11 is the high
+// half of (32 B) * c2, exact since 32 B and c2 fit 16 bits.  Then the shift
+// by 4 and d; the pack to bytes clamps (the sat8u).
+template <class I>
+inline void formBLanes(I R, I G, I B, I o[3]) {
+  const I rgLo = interleaveLo(R, G), rgHi = interleaveHi(R, G), b32 = shl<5>(B);
+  auto chan = [&](FormBRow k) {
+    const I kRG = broadcastPair16<I>(k.c0, k.c1);
+    const I s = packS32(shrA<11>(madd(rgLo, kRG)), shrA<11>(madd(rgHi, kRG)));
+    return shrA<4>(s + mulHi(b32, broadcast16<I>(k.c2))) + broadcast16<I>(k.d);
+  };
+  o[0] = chan(kFormBY);
+  o[1] = chan(kFormBCb);
+  o[2] = chan(kFormBCr);
+}
 
 // C: block loop of the plane forward kernel.  Luma in unsigned 16-bit
 // arithmetic with truncated products and a rounding 128; chroma in signed
@@ -147,6 +166,23 @@ inline int formCChroma(int R, int G, int B, int c0, int c1, int c2) {
 }
 inline int formCCb(int R, int G, int B) { return formCChroma(R, G, B, kCbR, kCbG, kCbB); }
 inline int formCCr(int R, int G, int B) { return formCChroma(R, G, B, kCrR, kCrG, kCrB); }
+// C on lanes, one output plane at a time (the pack clamps to bytes).
+template <class I>
+inline I formCYLanes(I R, I G, I B) {
+  I s = addSatU(mulHiU(shl<8>(R), broadcast16<I>(kYR)), mulHiU(shl<8>(G), broadcast16<I>(kYG)));
+  s = addSatU(s, mulHiU(shl<8>(B), broadcast16<I>(kYB)));
+  return shrL<8>(addSatU(s, broadcast16<I>(128))) + broadcast16<I>(16);
+}
+template <class I>
+inline I formCChromaLanes(I R, I G, I B, int c0, int c1, int c2) {
+  I s = addSat(mulHi(shl<7>(R), broadcast16<I>(c0)), mulHi(shl<7>(G), broadcast16<I>(c1)));
+  s = addSat(s, mulHi(shl<7>(B), broadcast16<I>(c2)));
+  return addSat(shrA<7>(addSat(s, broadcast16<I>(64))), broadcast16<I>(128));
+}
+template <class I>
+inline I formCCbLanes(I R, I G, I B) { return formCChromaLanes(R, G, B, kCbR, kCbG, kCbB); }
+template <class I>
+inline I formCCrLanes(I R, I G, I B) { return formCChromaLanes(R, G, B, kCrR, kCrG, kCrB); }
 
 // D: the scalar inverse formula, clamped by chop.
 inline void formD(int Y, int Cb, int Cr, uint8_t* rgb) {
@@ -166,6 +202,19 @@ inline void formE(int Y, int Cb, int Cr, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(y + Hs(cb, 16523)) >> 4));
 }
 
+// The operands of E and F on lanes: 128 (C - 128) and 128 (Y - 16).
+template <class I>
+inline I centred(I v, int offset) { return shl<7>(v - broadcast16<I>(offset)); }
+// E on lanes: R, G, B before the pack.
+template <class I>
+inline void formELanes(I Y, I Cb, I Cr, I o[3]) {
+  const I y = mulHi(centred(Y, 16), broadcast16<I>(9536));
+  const I cb = centred(Cb, 128), cr = centred(Cr, 128);
+  o[0] = shrA<4>(addSat(y, mulHi(cr, broadcast16<I>(13074))));
+  o[1] = shrA<4>(addSat(addSat(mulHi(cb, broadcast16<I>(-3203)), y), mulHi(cr, broadcast16<I>(-6660))));
+  o[2] = shrA<4>(addSat(y, mulHi(cb, broadcast16<I>(16523))));
+}
+
 // F: block loop of the planes-to-pixels inverse kernel: the kyrXXX constants
 // (luma 9535, Cb to G -3211) and a rounding 8 before the shift by 4.
 inline void formF(int Y, int Cb, int Cr, uint8_t* rgb) {
@@ -174,6 +223,18 @@ inline void formF(int Y, int Cb, int Cr, uint8_t* rgb) {
   rgb[1] = static_cast<uint8_t>(
       sat8u(sat16s(sat16s(sat16s(y + Hs(cb, -kyrXXX.cbG)) + Hs(cr, -kyrXXX.crG)) + 8) >> 4));
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(sat16s(y + Hs(cb, kyrXXX.cbB)) + 8) >> 4));
+}
+
+// F on lanes.
+template <class I>
+inline void formFLanes(I Y, I Cb, I Cr, I o[3]) {
+  const I y = mulHi(centred(Y, 16), broadcast16<I>(kyrXXX.y));
+  const I cb = centred(Cb, 128), cr = centred(Cr, 128), r8 = broadcast16<I>(8);
+  o[0] = shrA<4>(addSat(addSat(y, mulHi(cr, broadcast16<I>(kyrXXX.crR))), r8));
+  o[1] = shrA<4>(addSat(addSat(addSat(y, mulHi(cb, broadcast16<I>(-kyrXXX.cbG))),
+                               mulHi(cr, broadcast16<I>(-kyrXXX.crG))),
+                        r8));
+  o[2] = shrA<4>(addSat(addSat(y, mulHi(cb, broadcast16<I>(kyrXXX.cbB))), r8));
 }
 
 // G: tail of the planes-to-pixels inverse kernel: D with other constants and
@@ -187,36 +248,36 @@ inline void formG(int Y, int Cb, int Cr, uint8_t* rgb) {
 }
 
 }  // namespace ycbcr
+}  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
-// One-row kernels: row pointers, then the pixel count.
-void innerRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+// One-row kernels: row pointers, the pixel count, the call's level.
+void innerRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerRGBToYCbCr_C3P2_C3P2R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                                Lum8u* pCb, Lum8u* pCr, int width);
-void innerYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerYCbCrToRGB_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
+                                Lum8u* pCb, Lum8u* pCr, int width, lum::Isa isa);
+void innerYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerYCbCrToRGB_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void innerYCbCrToRGB_C3P2_C3P2R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pR,
-                                Lum8u* pG, Lum8u* pB, int width);
+                                Lum8u* pG, Lum8u* pB, int width, lum::Isa isa);
 void innerYCbCrToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
-                              int width);
+                              int width, lum::Isa isa);
 
-// Row drivers: pointers, width, height, then the steps.
-void myRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                         int dstStep);
-void myRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                       int dstStep);
-void myRGBToYCbCr_C3P2_C3P2R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                             Lum8u* pCb, Lum8u* pCr, int width, int height, int srcStep,
-                             int dstStep);
-void myYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                         int dstStep);
-void myYCbCrToRGBA_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                        int dstStep);
-void myYCbCrToRGB_C3P2_C3P2R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pR,
-                             Lum8u* pG, Lum8u* pB, int width, int height, int srcStep,
-                             int dstStep);
-void myYCbCrToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
-                           int width, int height, int srcStep, int dstStep);
+// Faster block loops: from pixel x (a multiple of the round) in rounds while
+// a whole round fits below end; each returns the first pixel not done, and
+// the caller goes on from there with the narrower loops.  SSSE3
+// (pccycbcr_ssse3.cpp): the SSE2 loops with the 3-byte pixels
+// (de)interleaved by byte shuffles, 16 pixels a round.  AVX2
+// (pccycbcr_avx2.cpp): the lane formulas at 16 lanes, 32 pixels a round;
+// the plane pass of C writes output plane `plane` (0 Y, 1 Cb, 2 Cr).
+int blockRGBToYCbCr_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockYCbCrToRGB_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockYCbCrToRGB_P3C3_ssse3(const Lum8u* const src[3], Lum8u* pDst, int x, int end);
+int blockRGBToYCbCr_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockRGBToYCbCr_P3_avx2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOut,
+                            int plane, int x, int end);
+int blockYCbCrToRGB_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockYCbCrToRGB_P3_avx2(const Lum8u* const src[3], Lum8u* const dst[3], int x, int end);
+int blockYCbCrToRGB_P3C3_avx2(const Lum8u* const src[3], Lum8u* pDst, int x, int end);
 
 #endif  // LUM_PCCYCBCR_H

@@ -1,15 +1,15 @@
 // RGB and YUV 4:2:2 and 4:2:0: public functions, row drivers and one-row
 // kernels.
 //
-// Each kernel runs an SSE2 block loop over the first pixels (4:2:2) or cells
+// Each kernel runs a block loop over the first pixels (4:2:2) or cells
 // (4:2:0) of its row and finishes with scalar forms (pccyuv02.h).  Where the
 // block formula and the tail formula differ (the I1 part of the planes-to-
 // pixels 4:2:2 inverse, the I2 parts of the AC4 inverses, the T1 cells of
 // the pixel-order 4:2:0 forward kernel) the boundary is counted from the
-// start of every row.  The block loops are functions of their own,
-// block..._sse2(..., end) returning the first pixel or cell not done, so that
-// a wider path can stand beside them.  Everything runs on the calling
-// thread.
+// start of every row.  The block loops take the call's instruction-set
+// level: AVX2 rounds of 32 pixels (16 cells) first, then the SSSE3 or SSE2
+// loops of 16 pixels (8 cells) from where they stopped; every level gives
+// the same bytes.  Everything runs on the calling thread.
 #include "video/pccyuv02.h"
 #include "video/pccyuv02_blocks.h"
 
@@ -17,6 +17,7 @@
 #include <string.h>
 
 #include "frame/lum_frame.h"
+#include "frame/lum_row.h"
 #include "frame/lum_simd.h"
 
 using namespace lum;
@@ -26,246 +27,21 @@ namespace {
 
 using namespace yuvsubblocks;
 
+// The block part of a kernel by level: the AVX2 rounds where the level has
+// them, then the SSSE3 loop (or the SSE2 one) from where they stopped.
+// Each argument is a loop (from, end) -> first not done.
+template <class Avx2, class Ssse3, class Sse2>
+inline int byLevel(Isa isa, int end, Avx2 avx2, Ssse3 ssse3, Sse2 sse2) {
+  const int x = isa >= kIsaAvx2 ? avx2(0, end) : 0;
+  return isa >= kIsaSsse3 ? ssse3(x, end) : sse2(x, end);
+}
+
 // Three samples of pixel x of a pixel-order row, as ints.
 inline void px3(const Lum8u* p, int x, int out[3]) {
   out[0] = p[3 * x];
   out[1] = p[3 * x + 1];
   out[2] = p[3 * x + 2];
 }
-
-// Stores of three results for 16 pixels (operator()) or 32 pixels
-// (store32): pixel order, or three planes; the 4:2:0 forms take a pair of
-// them, one per row.
-struct StoreC3 {
-  Lum8u* d;
-  void operator()(int x, const __m128i* out) const { interleave3x16(out, d + 3 * x); }
-  void store32(int x, const __m128i* a, const __m128i* b) const {
-    interleave3x32(Planes8x32{{{a[0], b[0]}, {a[1], b[1]}, {a[2], b[2]}}}, d + 3 * x);
-  }
-};
-struct StoreP3 {
-  Lum8u *r, *g, *b;
-  void operator()(int x, const __m128i* out) const {
-    storeu(r + x, out[0]);
-    storeu(g + x, out[1]);
-    storeu(b + x, out[2]);
-  }
-  void store32(int x, const __m128i* a, const __m128i* c) const {
-    (*this)(x, a);
-    (*this)(x + 16, c);
-  }
-};
-template <class Row>
-struct StoreRows {
-  Row rows[2];
-  void operator()(int r, int x, const __m128i* out) const { rows[r](x, out); }
-  void store32(int r, int x, const __m128i* a, const __m128i* b) const { rows[r].store32(x, a, b); }
-};
-
-// ---------------------------------------------------------------------------
-// SSE2 block loops over [0, end).
-
-// Forward 4:2:2 by T1 on 16 pixels a round; Store writes luma and chroma.
-template <class Store>
-int blockRGBToYUV422_T1_sse2(const Lum8u* pSrc, int end, Store store) {
-  int x = 0;
-  for (; x + 32 <= end; x += 32) {
-    const Planes8x32 p = deinterleave3x32(pSrc + 3 * x);
-    store(x, fwd422T1x16(p.c[0][0], p.c[1][0], p.c[2][0]));
-    store(x + 16, fwd422T1x16(p.c[0][1], p.c[1][1], p.c[2][1]));
-  }
-  for (; x < end; x += 16) {
-    __m128i c[3];
-    deinterleave3x16(pSrc + 3 * x, c);
-    store(x, fwd422T1x16(c[0], c[1], c[2]));
-  }
-  return x;
-}
-
-int blockRGBToYUV422_C3C2_sse2(const Lum8u* pSrc, Lum8u* pDst, int end) {
-  return blockRGBToYUV422_T1_sse2(pSrc, end, [pDst](int x, const Fwd16& f) {
-    const __m128i uv = _mm_unpacklo_epi8(f.u, f.v);
-    storeu(pDst + 2 * x, _mm_unpacklo_epi8(f.y, uv));
-    storeu(pDst + 2 * x + 16, _mm_unpackhi_epi8(f.y, uv));
-  });
-}
-int blockRGBToYUV422_C3P3_sse2(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int end) {
-  return blockRGBToYUV422_T1_sse2(pSrc, end, [=](int x, const Fwd16& f) {
-    storeu(pY + x, f.y);
-    storel64(pU + x / 2, f.u);
-    storel64(pV + x / 2, f.v);
-  });
-}
-int blockRGBToYUV422_P3_sse2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                             Lum8u* pU, Lum8u* pV, int end) {
-  int x = 0;
-  for (; x < end; x += 16) {
-    const Fwd16 f = fwd422T3x16(loadu(pR + x), loadu(pG + x), loadu(pB + x));
-    storeu(pY + x, f.y);
-    storel64(pU + x / 2, f.u);
-    storel64(pV + x / 2, f.v);
-  }
-  return x;
-}
-
-// I1 on 16 pixels of C2 bytes (32 bytes).
-inline void i1C2x16(const Lum8u* s, __m128i out[3]) {
-  __m128i Y[2], U, V, lo[3], hi[3];
-  splitC2x16(s, Y, U, V);
-  const I1Terms t = i1Terms(U, V);
-  i1Apply(Y[0], spreadLo(t), lo);
-  i1Apply(Y[1], spreadHi(t), hi);
-  for (int k = 0; k < 3; ++k) out[k] = vPackS16U8(lo[k], hi[k]);
-}
-int blockYUV422ToRGB_C2C3_sse2(const Lum8u* pSrc, Lum8u* pDst, int end) {
-  int x = 0;
-  for (; x + 32 <= end; x += 32) {
-    __m128i a[3], b[3];
-    i1C2x16(pSrc + 2 * x, a);
-    i1C2x16(pSrc + 2 * x + 32, b);
-    interleave3x32(Planes8x32{{{a[0], b[0]}, {a[1], b[1]}, {a[2], b[2]}}}, pDst + 3 * x);
-  }
-  for (; x < end; x += 16) {
-    __m128i out[3];
-    i1C2x16(pSrc + 2 * x, out);
-    interleave3x16(out, pDst + 3 * x);
-  }
-  return x;
-}
-// I1 on 16 pixels of planes a round; Store writes the three results.
-template <class Store>
-int blockYUV422ToRGB_I1_sse2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, int end,
-                             Store store) {
-  int x = 0;
-  for (; x + 32 <= end; x += 32) {
-    const __m128i u = loadu(pU + x / 2), v = loadu(pV + x / 2);
-    __m128i a[3], b[3];
-    i1x16(loadu(pY + x), i1TermsLo(u, v), a);
-    i1x16(loadu(pY + x + 16), i1TermsHi(u, v), b);
-    store.store32(x, a, b);
-  }
-  for (; x < end; x += 16) {
-    __m128i out[3];
-    i1x16(loadu(pY + x), i1TermsLo(loadl64(pU + x / 2), loadl64(pV + x / 2)), out);
-    store(x, out);
-  }
-  return x;
-}
-// I2 in rounds of 8 pixels, then one of 4; alpha written as 0.
-int blockYUV422ToRGB_AC4_sse2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                              int end) {
-  int x = 0;
-  for (; x + 8 <= end; x += 8) {
-    __m128i px[2];
-    i2x8ToAC4(loadl64(pY + x), replicate8(load32(pU + x / 2)), replicate8(load32(pV + x / 2)), px);
-    storeu(pDst + 4 * x, px[0]);
-    storeu(pDst + 4 * x + 16, px[1]);
-  }
-  if (x + 4 <= end) {
-    __m128i px[2];
-    i2x8ToAC4(load32(pY + x), replicate8(load16(pU + x / 2)), replicate8(load16(pV + x / 2)), px);
-    storeu(pDst + 4 * x, px[0]);
-    x += 4;
-  }
-  return x;
-}
-
-// Forward 4:2:0 on 8 cells a round.
-int blockRGBToYUV420_C3P3_sse2(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
-                               Lum8u* pU, Lum8u* pV, int endCells) {
-  int c = 0;
-  for (; c + 16 <= endCells; c += 16) {
-    const int x = 2 * c;
-    const Planes8x32 a = deinterleave3x32(pRow0 + 3 * x), b = deinterleave3x32(pRow1 + 3 * x);
-    for (int h = 0; h < 2; ++h) {
-      const __m128i R[2] = {a.c[0][h], b.c[0][h]}, G[2] = {a.c[1][h], b.c[1][h]};
-      const __m128i B[2] = {a.c[2][h], b.c[2][h]};
-      const Fwd420 f = fwd420x8<Cells420T1>(R, G, B);
-      storeu(pY0 + x + 16 * h, f.y0);
-      storeu(pY1 + x + 16 * h, f.y1);
-      storel64(pU + c + 8 * h, f.u);
-      storel64(pV + c + 8 * h, f.v);
-    }
-  }
-  for (; c < endCells; c += 8) {
-    const int x = 2 * c;
-    __m128i a[3], b[3];
-    deinterleave3x16(pRow0 + 3 * x, a);
-    deinterleave3x16(pRow1 + 3 * x, b);
-    const __m128i R[2] = {a[0], b[0]}, G[2] = {a[1], b[1]}, B[2] = {a[2], b[2]};
-    const Fwd420 f = fwd420x8<Cells420T1>(R, G, B);
-    storeu(pY0 + x, f.y0);
-    storeu(pY1 + x, f.y1);
-    storel64(pU + c, f.u);
-    storel64(pV + c, f.v);
-  }
-  return c;
-}
-int blockRGBToYUV420_P3_sse2(const Lum8u* const src0[3], const Lum8u* const src1[3], Lum8u* pY0,
-                             Lum8u* pY1, Lum8u* pU, Lum8u* pV, int endCells) {
-  int c = 0;
-  for (; c < endCells; c += 8) {
-    const int x = 2 * c;
-    const __m128i R[2] = {loadu(src0[0] + x), loadu(src1[0] + x)};
-    const __m128i G[2] = {loadu(src0[1] + x), loadu(src1[1] + x)};
-    const __m128i B[2] = {loadu(src0[2] + x), loadu(src1[2] + x)};
-    const Fwd420 f = fwd420x8<Cells420T3>(R, G, B);
-    storeu(pY0 + x, f.y0);
-    storeu(pY1 + x, f.y1);
-    storel64(pU + c, f.u);
-    storel64(pV + c, f.v);
-  }
-  return c;
-}
-
-// Inverse 4:2:0 by I1 on 8 cells a round; Store writes row r's results for
-// pixels [x, x + 16).
-template <class Store>
-int blockYUV420ToRGB_I1_sse2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
-                             const Lum8u* pV, int endCells, Store store) {
-  int c = 0;
-  for (; c + 16 <= endCells; c += 16) {
-    const __m128i u = loadu(pU + c), v = loadu(pV + c);
-    const I1Terms lo = i1TermsLo(u, v), hi = i1TermsHi(u, v);  // both rows' cells
-    const Lum8u* const yRows[2] = {pY0, pY1};
-    for (int r = 0; r < 2; ++r) {
-      __m128i a[3], b[3];
-      i1x16(loadu(yRows[r] + 2 * c), lo, a);
-      i1x16(loadu(yRows[r] + 2 * c + 16), hi, b);
-      store.store32(r, 2 * c, a, b);
-    }
-  }
-  for (; c < endCells; c += 8) {
-    const I1Terms t = i1TermsLo(loadl64(pU + c), loadl64(pV + c));
-    __m128i out[3];
-    i1x16(loadu(pY0 + 2 * c), t, out);
-    store(0, 2 * c, out);
-    i1x16(loadu(pY1 + 2 * c), t, out);
-    store(1, 2 * c, out);
-  }
-  return c;
-}
-int blockYUV420ToRGB_AC4_sse2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
-                              const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int endCells) {
-  int c = 0;
-  for (; c < endCells; c += 8) {
-    const __m128i U = replicate8(loadl64(pU + c)), V = replicate8(loadl64(pV + c));
-    const Lum8u* const yRows[2] = {pY0, pY1};
-    Lum8u* const dRows[2] = {pRow0, pRow1};
-    for (int r = 0; r < 2; ++r) {
-      const __m128i Y = loadu(yRows[r] + 2 * c);
-      __m128i px[2];
-      i2x8ToAC4(Y, U, V, px);
-      storeu(dRows[r] + 8 * c, px[0]);
-      storeu(dRows[r] + 8 * c + 16, px[1]);
-      i2x8ToAC4(_mm_srli_si128(Y, 8), _mm_srli_si128(U, 8), _mm_srli_si128(V, 8), px);
-      storeu(dRows[r] + 8 * c + 32, px[0]);
-      storeu(dRows[r] + 8 * c + 48, px[1]);
-    }
-  }
-  return c;
-}
-
 // Three plane results of a scalar form into planes.
 inline void putP3(const uint8_t rgb[3], Lum8u* pR, Lum8u* pG, Lum8u* pB, int x) {
   pR[x] = rgb[0];
@@ -276,13 +52,18 @@ inline void putP3(const uint8_t rgb[3], Lum8u* pR, Lum8u* pG, Lum8u* pB, int x) 
 }  // namespace
 
 // ===========================================================================
-// One-row kernels, 4:2:2 forward.
+// One-row kernels, 4:2:2 forward: the row walked by pairs (a block of 8
+// pairs is the 16 pixels of the block loop), then an odd last pixel.
 
-// Pairs by T1 (block of 16 and tail alike); an odd last pixel writes Y and
-// U only.
-void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  int x = blockRGBToYUV422_C3C2_sse2(pSrc, pDst, width & ~(kBlockRGBToYUV422 - 1));
-  for (; x + 1 < width; x += 2) {
+// Pairs by T1 (block and tail alike); an odd last pixel writes Y and U only.
+void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  walkRow<kBlockPairs422>(width >> 1, [&](int endPairs) {
+    return byLevel(isa, 2 * endPairs,
+        [&](int x, int end) { return blockRGBToYUV422_C3C2_avx2(pSrc, pDst, x, end); },
+        [&](int x, int end) { return blockRGBToYUV422_C3C2_ssse3(pSrc, pDst, x, end); },
+        [&](int x, int end) { return blockRGBToYUV422_C3C2<NetSse2>(pSrc, pDst, x, end); }) / 2;
+  }, [&](int k) {
+    const int x = 2 * k;
     int p0[3], p1[3];
     px3(pSrc, x, p0);
     px3(pSrc, x + 1, p1);
@@ -290,33 +71,46 @@ void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width) {
     pairT1(p0, p1, y, pDst + 2 * x + 1, pDst + 2 * x + 3);
     pDst[2 * x] = y[0];
     pDst[2 * x + 2] = y[1];
-  }
-  if (x < width) lastC3C2(pSrc[3 * x], pSrc[3 * x + 1], pSrc[3 * x + 2], pDst + 2 * x, pDst + 2 * x + 1);
+  });
+  const int x = width - 1;
+  if (width & 1) lastC3C2(pSrc[3 * x], pSrc[3 * x + 1], pSrc[3 * x + 2], pDst + 2 * x, pDst + 2 * x + 1);
 }
 
 // Pairs by T1; an odd last pixel by L with the rounding terms 16383 and 32767.
-void innerRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width) {
-  int x = blockRGBToYUV422_C3P3_sse2(pSrc, pY, pU, pV, width & ~(kBlockRGBToYUV422 - 1));
-  for (; x + 1 < width; x += 2) {
+void innerRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
+                               Isa isa) {
+  walkRow<kBlockPairs422>(width >> 1, [&](int endPairs) {
+    return byLevel(isa, 2 * endPairs,
+        [&](int x, int end) { return blockRGBToYUV422_C3P3_avx2(pSrc, pY, pU, pV, x, end); },
+        [&](int x, int end) { return blockRGBToYUV422_C3P3_ssse3(pSrc, pY, pU, pV, x, end); },
+        [&](int x, int end) { return blockRGBToYUV422_C3P3<NetSse2>(pSrc, pY, pU, pV, x, end); }) / 2;
+  }, [&](int k) {
     int p0[3], p1[3];
-    px3(pSrc, x, p0);
-    px3(pSrc, x + 1, p1);
-    pairT1(p0, p1, pY + x, pU + x / 2, pV + x / 2);
-  }
-  if (x < width)
+    px3(pSrc, 2 * k, p0);
+    px3(pSrc, 2 * k + 1, p1);
+    pairT1(p0, p1, pY + 2 * k, pU + k, pV + k);
+  });
+  const int x = width - 1;
+  if (width & 1)
     lastToP3(pSrc[3 * x], pSrc[3 * x + 1], pSrc[3 * x + 2], kLastRoundU_C3P3, kLastRoundV_C3P3,
              pY + x, pU + x / 2, pV + x / 2);
 }
 
 // Pairs by T3; an odd last pixel by L with no rounding terms.
 void innerRGBToYUV422_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                             Lum8u* pU, Lum8u* pV, int width) {
-  int x = blockRGBToYUV422_P3_sse2(pR, pG, pB, pY, pU, pV, width & ~(kBlockRGBToYUV422 - 1));
-  for (; x + 1 < width; x += 2) {
+                             Lum8u* pU, Lum8u* pV, int width, Isa isa) {
+  auto sse2 = [&](int x, int end) { return blockRGBToYUV422_P3(pR, pG, pB, pY, pU, pV, x, end); };
+  walkRow<kBlockPairs422>(width >> 1, [&](int endPairs) {
+    return byLevel(isa, 2 * endPairs,
+        [&](int x, int end) { return blockRGBToYUV422_P3_avx2(pR, pG, pB, pY, pU, pV, x, end); },
+        sse2, sse2) / 2;
+  }, [&](int k) {
+    const int x = 2 * k;
     const int p0[3] = {pR[x], pG[x], pB[x]}, p1[3] = {pR[x + 1], pG[x + 1], pB[x + 1]};
-    pairT3(p0, p1, pY + x, pU + x / 2, pV + x / 2);
-  }
-  if (x < width) lastToP3(pR[x], pG[x], pB[x], 0, 0, pY + x, pU + x / 2, pV + x / 2);
+    pairT3(p0, p1, pY + x, pU + k, pV + k);
+  });
+  const int x = width - 1;
+  if (width & 1) lastToP3(pR[x], pG[x], pB[x], 0, 0, pY + x, pU + x / 2, pV + x / 2);
 }
 
 // ===========================================================================
@@ -324,14 +118,19 @@ void innerRGBToYUV422_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, 
 
 // I1 for pairs (block of 16 and tail alike); an odd last pixel by I4 with its
 // own U and the V of the pair before.  Never called with a width of 1.
-void innerYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  int x = blockYUV422ToRGB_C2C3_sse2(pSrc, pDst, width & ~(kBlockYUV422ToRGB - 1));
-  for (; x + 1 < width; x += 2) {
-    const Lum8u* s = pSrc + 2 * x;
-    i1(s[0], s[1], s[3], pDst + 3 * x);
-    i1(s[2], s[1], s[3], pDst + 3 * x + 3);
-  }
-  if (x < width) i4(pSrc[2 * x], pSrc[2 * x + 1], pSrc[2 * x - 1], pDst + 3 * x);
+void innerYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
+  walkRow<kBlockPairs422>(width >> 1, [&](int endPairs) {
+    return byLevel(isa, 2 * endPairs,
+        [&](int x, int end) { return blockYUV422ToRGB_C2C3_avx2(pSrc, pDst, x, end); },
+        [&](int x, int end) { return blockYUV422ToRGB_C2C3_ssse3(pSrc, pDst, x, end); },
+        [&](int x, int end) { return blockYUV422ToRGB_C2C3<NetSse2>(pSrc, pDst, x, end); }) / 2;
+  }, [&](int k) {
+    const Lum8u* s = pSrc + 4 * k;
+    i1(s[0], s[1], s[3], pDst + 6 * k);
+    i1(s[2], s[1], s[3], pDst + 6 * k + 3);
+  });
+  const int x = width - 1;
+  if (width & 1) i4(pSrc[2 * x], pSrc[2 * x + 1], pSrc[2 * x - 1], pDst + 3 * x);
 }
 
 // A row of one pixel: Y and one chroma byte, used as both U and V, by I3.
@@ -339,24 +138,33 @@ void unrealYUV(const Lum8u* pSrc, Lum8u* pDst) { i3(pSrc[0], pSrc[1], pSrc[1], p
 
 // I1 on width & ~15 pixels, I3 on the rest.
 void innerYUV422ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                               int width) {
-  int x = blockYUV422ToRGB_I1_sse2(pY, pU, pV, width & ~(kBlockYUV422ToRGB - 1), StoreC3{pDst});
-  for (; x < width; ++x) i3(pY[x], pU[x >> 1], pV[x >> 1], pDst + 3 * x);
+                               int width, Isa isa) {
+  walkRow<kBlockYUV422ToRGB>(width, [&](int end) {
+    return byLevel(isa, end,
+        [&](int x, int e) { return blockYUV422ToRGB_P3C3_avx2(pY, pU, pV, pDst, x, e); },
+        [&](int x, int e) { return blockYUV422ToRGB_P3C3_ssse3(pY, pU, pV, pDst, x, e); },
+        [&](int x, int e) { return blockYUV422ToRGB_I1(pY, pU, pV, x, e, StoreC3<NetSse2>{pDst}); });
+  }, [&](int x) { i3(pY[x], pU[x >> 1], pV[x >> 1], pDst + 3 * x); });
 }
 
 // I1 for pairs (block of 16 and tail alike); an odd last pixel by I3.
 void innerYUV422ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
-                             Lum8u* pG, Lum8u* pB, int width) {
-  int x = blockYUV422ToRGB_I1_sse2(pY, pU, pV, width & ~(kBlockYUV422ToRGB - 1),
-                                   StoreP3{pR, pG, pB});
-  uint8_t rgb[3];
-  for (; x + 1 < width; x += 2) {
-    i1(pY[x], pU[x >> 1], pV[x >> 1], rgb);
-    putP3(rgb, pR, pG, pB, x);
-    i1(pY[x + 1], pU[x >> 1], pV[x >> 1], rgb);
-    putP3(rgb, pR, pG, pB, x + 1);
-  }
-  if (x < width) {
+                             Lum8u* pG, Lum8u* pB, int width, Isa isa) {
+  auto sse2 = [&](int x, int e) { return blockYUV422ToRGB_I1(pY, pU, pV, x, e, StoreP3{pR, pG, pB}); };
+  walkRow<kBlockPairs422>(width >> 1, [&](int endPairs) {
+    return byLevel(isa, 2 * endPairs,
+        [&](int x, int e) { return blockYUV422ToRGB_P3_avx2(pY, pU, pV, pR, pG, pB, x, e); },
+        sse2, sse2) / 2;
+  }, [&](int k) {
+    uint8_t rgb[3];
+    for (int x = 2 * k; x < 2 * k + 2; ++x) {
+      i1(pY[x], pU[k], pV[k], rgb);
+      putP3(rgb, pR, pG, pB, x);
+    }
+  });
+  const int x = width - 1;
+  if (width & 1) {
+    uint8_t rgb[3];
     i3(pY[x], pU[x >> 1], pV[x >> 1], rgb);
     putP3(rgb, pR, pG, pB, x);
   }
@@ -365,23 +173,29 @@ void innerYUV422ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, 
 // I2 on width & ~3 pixels (rounds of 8, then one of 4), I3 on the rest; the
 // fourth byte of every pixel is written as 0.
 void innerYUV422ToRGB_8u_P3AC4R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                                int width) {
-  int x = blockYUV422ToRGB_AC4_sse2(pY, pU, pV, pDst, width & ~(kBlockYUV422ToRGB_AC4 - 1));
-  for (; x < width; ++x) {
+                                int width, Isa isa) {
+  auto sse2 = [&](int x, int e) { return blockYUV422ToRGB_AC4(pY, pU, pV, pDst, x, e); };
+  walkRow<kBlockYUV422ToRGB_AC4>(width, [&](int end) {
+    return byLevel(isa, end,
+        [&](int x, int e) { return blockYUV422ToRGB_AC4_avx2(pY, pU, pV, pDst, x, e); }, sse2, sse2);
+  }, [&](int x) {
     i3(pY[x], pU[x >> 1], pV[x >> 1], pDst + 4 * x);
     pDst[4 * x + 3] = 0;
-  }
+  });
 }
 
 // ===========================================================================
-// One-row kernels, 4:2:0 (two rows, counted in cells).
+// One-row kernels, 4:2:0 (two rows, walked by cells).
 
-// T1 on the cells of the block loop (8 a round), T2 on the remaining cells & 7.
+// T1 on the cells of the block loop, T2 on the remaining cells & 7.
 void innerRGBToYUV420_8u_C3P3R(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
-                               Lum8u* pU, Lum8u* pV, int cells) {
-  int c = blockRGBToYUV420_C3P3_sse2(pRow0, pRow1, pY0, pY1, pU, pV,
-                                     cells & ~(kBlockRGBToYUV420_Cells - 1));
-  for (; c < cells; ++c) {
+                               Lum8u* pU, Lum8u* pV, int cells, Isa isa) {
+  walkRow<kBlockRGBToYUV420_Cells>(cells, [&](int end) {
+    return byLevel(isa, end,
+        [&](int c, int e) { return blockRGBToYUV420_C3P3_avx2(pRow0, pRow1, pY0, pY1, pU, pV, c, e); },
+        [&](int c, int e) { return blockRGBToYUV420_C3P3_ssse3(pRow0, pRow1, pY0, pY1, pU, pV, c, e); },
+        [&](int c, int e) { return blockRGBToYUV420_C3P3<NetSse2>(pRow0, pRow1, pY0, pY1, pU, pV, c, e); });
+  }, [&](int c) {
     const Lum8u* const rows[2] = {pRow0, pRow1};
     Lum8u* const yRows[2] = {pY0, pY1};
     int sumT = 0, sumB = 0, sumR = 0;
@@ -395,18 +209,21 @@ void innerRGBToYUV420_8u_C3P3R(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY
         sumR += p[0];
       }
     cellChroma(sumB >> 1, sumR >> 1, sumT >> 2, pU + c, pV + c);
-  }
+  });
 }
 
 // T3 on all cells; the second row of each RGB plane lies srcStep further.
 void innerRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, int srcStep,
-                             Lum8u* pY0, Lum8u* pY1, Lum8u* pU, Lum8u* pV, int cells) {
+                             Lum8u* pY0, Lum8u* pY1, Lum8u* pU, Lum8u* pV, int cells, Isa isa) {
   const Lum8u* const src0[3] = {pR, pG, pB};
   const Lum8u* const src1[3] = {rowPtr(pR, 1, srcStep), rowPtr(pG, 1, srcStep),
                                 rowPtr(pB, 1, srcStep)};
-  int c = blockRGBToYUV420_P3_sse2(src0, src1, pY0, pY1, pU, pV,
-                                   cells & ~(kBlockRGBToYUV420_Cells - 1));
-  for (; c < cells; ++c) {
+  auto sse2 = [&](int c, int e) { return blockRGBToYUV420_P3(src0, src1, pY0, pY1, pU, pV, c, e); };
+  walkRow<kBlockRGBToYUV420_Cells>(cells, [&](int end) {
+    return byLevel(isa, end,
+        [&](int c, int e) { return blockRGBToYUV420_P3_avx2(src0, src1, pY0, pY1, pU, pV, c, e); },
+        sse2, sse2);
+  }, [&](int c) {
     const Lum8u* const* rows[2] = {src0, src1};
     Lum8u* const yRows[2] = {pY0, pY1};
     int sumT = 0, sumB = 0, sumR = 0;
@@ -420,187 +237,210 @@ void innerRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, 
         sumR += w10(R);
       }
     cellChroma(sumB >> 3, sumR >> 3, sumT >> 2, pU + c, pV + c);
-  }
+  });
 }
 
 // I1 on all cells.
 void innerYUV420ToRGB_8u_P3C3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
-                               const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells) {
-  int c = blockYUV420ToRGB_I1_sse2(pY0, pY1, pU, pV, cells & ~(kBlockYUV420ToRGB_Cells - 1),
-                                   StoreRows<StoreC3>{{{pRow0}, {pRow1}}});
-  for (; c < cells; ++c)
+                               const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells, Isa isa) {
+  const StoreC3<NetSse2> rows[2] = {{pRow0}, {pRow1}};
+  walkRow<kBlockYUV420ToRGB_Cells>(cells, [&](int end) {
+    return byLevel(isa, end,
+        [&](int c, int e) { return blockYUV420ToRGB_P3C3_avx2(pY0, pY1, pU, pV, pRow0, pRow1, c, e); },
+        [&](int c, int e) { return blockYUV420ToRGB_P3C3_ssse3(pY0, pY1, pU, pV, pRow0, pRow1, c, e); },
+        [&](int c, int e) { return blockYUV420ToRGB_I1(pY0, pY1, pU, pV, c, e, rows); });
+  }, [&](int c) {
     for (int x = 2 * c; x < 2 * c + 2; ++x) {
       i1(pY0[x], pU[c], pV[c], pRow0 + 3 * x);
       i1(pY1[x], pU[c], pV[c], pRow1 + 3 * x);
     }
+  });
 }
 
 // I2 on cells & ~7, I3 with 32768 added before each shift on the rest; the
 // fourth byte of every pixel is written as 0.
 void innerYUV420ToRGB_8u_P3AC4R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
-                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells) {
-  int c = blockYUV420ToRGB_AC4_sse2(pY0, pY1, pU, pV, pRow0, pRow1,
-                                    cells & ~(kBlockYUV420ToRGB_Cells - 1));
-  for (; c < cells; ++c)
+                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells, Isa isa) {
+  auto sse2 = [&](int c, int e) { return blockYUV420ToRGB_AC4(pY0, pY1, pU, pV, pRow0, pRow1, c, e); };
+  walkRow<kBlockYUV420ToRGB_Cells>(cells, [&](int end) {
+    return byLevel(isa, end,
+        [&](int c, int e) { return blockYUV420ToRGB_AC4_avx2(pY0, pY1, pU, pV, pRow0, pRow1, c, e); },
+        sse2, sse2);
+  }, [&](int c) {
     for (int x = 2 * c; x < 2 * c + 2; ++x) {
       i3(pY0[x], pU[c], pV[c], pRow0 + 4 * x, kRoundI3_420AC4);
       pRow0[4 * x + 3] = 0;
       i3(pY1[x], pU[c], pV[c], pRow1 + 4 * x, kRoundI3_420AC4);
       pRow1[4 * x + 3] = 0;
     }
+  });
 }
 
 // I1 on all cells; the second row of each RGB plane lies dstStep further.
 void innerYUV420ToRGB_8u_P3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                              const Lum8u* pV, Lum8u* pR, Lum8u* pG, Lum8u* pB, int dstStep,
-                             int cells) {
-  const StoreP3 rows[2] = {{pR, pG, pB},
-                           {rowPtr(pR, 1, dstStep), rowPtr(pG, 1, dstStep), rowPtr(pB, 1, dstStep)}};
-  int c = blockYUV420ToRGB_I1_sse2(pY0, pY1, pU, pV, cells & ~(kBlockYUV420ToRGB_Cells - 1),
-                                   StoreRows<StoreP3>{{rows[0], rows[1]}});
-  const Lum8u* const yRows[2] = {pY0, pY1};
-  for (; c < cells; ++c)
+                             int cells, Isa isa) {
+  Lum8u* const row0[3] = {pR, pG, pB};
+  Lum8u* const row1[3] = {rowPtr(pR, 1, dstStep), rowPtr(pG, 1, dstStep), rowPtr(pB, 1, dstStep)};
+  const StoreP3 rows[2] = {{row0[0], row0[1], row0[2]}, {row1[0], row1[1], row1[2]}};
+  auto sse2 = [&](int c, int e) { return blockYUV420ToRGB_I1(pY0, pY1, pU, pV, c, e, rows); };
+  walkRow<kBlockYUV420ToRGB_Cells>(cells, [&](int end) {
+    return byLevel(isa, end,
+        [&](int c, int e) { return blockYUV420ToRGB_P3_avx2(pY0, pY1, pU, pV, row0, row1, c, e); },
+        sse2, sse2);
+  }, [&](int c) {
+    const Lum8u* const yRows[2] = {pY0, pY1};
     for (int r = 0; r < 2; ++r)
       for (int x = 2 * c; x < 2 * c + 2; ++x) {
         uint8_t rgb[3];
         i1(yRows[r][x], pU[c], pV[c], rgb);
         putP3(rgb, rows[r].r, rows[r].g, rows[r].b, x);
       }
+  });
 }
 
 // ===========================================================================
-// Row drivers.
+// Row drivers: all rows on the calling thread.  4:2:2: a row at a time;
+// 4:2:0: a pair of rows (one row of cells) at a time.
+
+namespace {
 
 void myRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                            int dstStep) {
-  serialRows(height, [&](int y) {
-    innerRGBToYUV422_8u_C3C2R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
+                            int dstStep, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
+    innerRGBToYUV422_8u_C3C2R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa);
   });
 }
 void myRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                            int height, int srcStep, int stepY, int stepU, int stepV) {
-  serialRows(height, [&](int y) {
+                            int height, int srcStep, int stepY, int stepU, int stepV, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
     innerRGBToYUV422_8u_C3P3R(rowPtr(pSrc, y, srcStep), rowPtr(pY, y, stepY), rowPtr(pU, y, stepU),
-                              rowPtr(pV, y, stepV), width);
+                              rowPtr(pV, y, stepV), width, isa);
   });
 }
 void myRGBToYUV422_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
                           Lum8u* pV, int width, int height, int srcStep, int stepY, int stepU,
-                          int stepV) {
-  serialRows(height, [&](int y) {
+                          int stepV, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
     innerRGBToYUV422_8u_P3R(rowPtr(pR, y, srcStep), rowPtr(pG, y, srcStep), rowPtr(pB, y, srcStep),
                             rowPtr(pY, y, stepY), rowPtr(pU, y, stepU), rowPtr(pV, y, stepV),
-                            width);
+                            width, isa);
   });
 }
 
 // The drivers without R: one row of n pixels (n even), the kernel called on
 // the first n & ~7 pixels and on the last n & 7.
-void myRGBToYUV422_8u_C3P3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int n) {
+void myRGBToYUV422_8u_C3P3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int n, Isa isa) {
   const int m = n & ~7;
-  innerRGBToYUV422_8u_C3P3R(pSrc, pY, pU, pV, m);
-  innerRGBToYUV422_8u_C3P3R(pSrc + 3 * m, pY + m, pU + m / 2, pV + m / 2, n & 7);
+  innerRGBToYUV422_8u_C3P3R(pSrc, pY, pU, pV, m, isa);
+  innerRGBToYUV422_8u_C3P3R(pSrc + 3 * m, pY + m, pU + m / 2, pV + m / 2, n & 7, isa);
 }
 void myRGBToYUV422_8u_P3(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
-                         Lum8u* pV, int n) {
+                         Lum8u* pV, int n, Isa isa) {
   const int m = n & ~7;
-  innerRGBToYUV422_8u_P3R(pR, pG, pB, pY, pU, pV, m);
-  innerRGBToYUV422_8u_P3R(pR + m, pG + m, pB + m, pY + m, pU + m / 2, pV + m / 2, n & 7);
+  innerRGBToYUV422_8u_P3R(pR, pG, pB, pY, pU, pV, m, isa);
+  innerRGBToYUV422_8u_P3R(pR + m, pG + m, pB + m, pY + m, pU + m / 2, pV + m / 2, n & 7, isa);
 }
 
 // A width of 1 has no V byte: each row's pixel goes through unrealYUV.
 void myYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                            int dstStep) {
-  serialRows(height, [&](int y) {
+                            int dstStep, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
     if (width == 1) unrealYUV(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep));
-    else innerYUV422ToRGB_8u_C2C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
+    else innerYUV422ToRGB_8u_C2C3R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, isa);
   });
 }
 void myYUV422ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                            int width, int height, int stepY, int stepU, int stepV, int dstStep) {
-  serialRows(height, [&](int y) {
+                            int width, int height, int stepY, int stepU, int stepV, int dstStep,
+                            Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
     innerYUV422ToRGB_8u_P3C3R(rowPtr(pY, y, stepY), rowPtr(pU, y, stepU), rowPtr(pV, y, stepV),
-                              rowPtr(pDst, y, dstStep), width);
+                              rowPtr(pDst, y, dstStep), width, isa);
   });
 }
 void myYUV422ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
                           Lum8u* pB, int width, int height, int stepY, int stepU, int stepV,
-                          int dstStep) {
-  serialRows(height, [&](int y) {
+                          int dstStep, Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
     innerYUV422ToRGB_8u_P3R(rowPtr(pY, y, stepY), rowPtr(pU, y, stepU), rowPtr(pV, y, stepV),
                             rowPtr(pR, y, dstStep), rowPtr(pG, y, dstStep), rowPtr(pB, y, dstStep),
-                            width);
+                            width, isa);
   });
 }
 void myYUV422ToRGB_8u_P3AC4R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                             int width, int height, int stepY, int stepU, int stepV, int dstStep) {
-  serialRows(height, [&](int y) {
+                             int width, int height, int stepY, int stepU, int stepV, int dstStep,
+                             Isa isa) {
+  rows<Threading::Serial>(width, height, [&](int y) {
     innerYUV422ToRGB_8u_P3AC4R(rowPtr(pY, y, stepY), rowPtr(pU, y, stepU), rowPtr(pV, y, stepV),
-                               rowPtr(pDst, y, dstStep), width);
+                               rowPtr(pDst, y, dstStep), width, isa);
   });
 }
-void myYUV422ToRGB_8u_P3C3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst, int n) {
+void myYUV422ToRGB_8u_P3C3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst, int n,
+                           Isa isa) {
   const int m = n & ~7;
-  innerYUV422ToRGB_8u_P3C3R(pY, pU, pV, pDst, m);
-  innerYUV422ToRGB_8u_P3C3R(pY + m, pU + m / 2, pV + m / 2, pDst + 3 * m, n & 7);
+  innerYUV422ToRGB_8u_P3C3R(pY, pU, pV, pDst, m, isa);
+  innerYUV422ToRGB_8u_P3C3R(pY + m, pU + m / 2, pV + m / 2, pDst + 3 * m, n & 7, isa);
 }
 void myYUV422ToRGB_8u_P3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
-                         Lum8u* pB, int n) {
+                         Lum8u* pB, int n, Isa isa) {
   const int m = n & ~7;
-  innerYUV422ToRGB_8u_P3R(pY, pU, pV, pR, pG, pB, m);
-  innerYUV422ToRGB_8u_P3R(pY + m, pU + m / 2, pV + m / 2, pR + m, pG + m, pB + m, n & 7);
+  innerYUV422ToRGB_8u_P3R(pY, pU, pV, pR, pG, pB, m, isa);
+  innerYUV422ToRGB_8u_P3R(pY + m, pU + m / 2, pV + m / 2, pR + m, pG + m, pB + m, n & 7, isa);
 }
 
-// Pixel-order 4:2:0 forward: takes pixels, converts width >> 1 cells a row
-// pair while the row index is below height & ~1.
-void myRGBToYUV420_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                            int height, int srcStep, int stepY, int stepU, int stepV) {
-  const int cells = width >> 1;
-  for (int y = 0; y < (height & ~1); y += 2)
-    innerRGBToYUV420_8u_C3P3R(rowPtr(pSrc, y, srcStep), rowPtr(pSrc, y + 1, srcStep),
-                              rowPtr(pY, y, stepY), rowPtr(pY, y + 1, stepY),
-                              rowPtr(pU, y / 2, stepU), rowPtr(pV, y / 2, stepV), cells);
+// 4:2:0: cellsW cells a row pair over cellsH row pairs; the RGB planes of
+// the plane forms share one step.
+void myRGBToYUV420_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int cellsW,
+                            int cellsH, int srcStep, int stepY, int stepU, int stepV, Isa isa) {
+  rows<Threading::Serial>(cellsW, cellsH, [&](int j) {
+    innerRGBToYUV420_8u_C3P3R(rowPtr(pSrc, 2 * j, srcStep), rowPtr(pSrc, 2 * j + 1, srcStep),
+                              rowPtr(pY, 2 * j, stepY), rowPtr(pY, 2 * j + 1, stepY),
+                              rowPtr(pU, j, stepU), rowPtr(pV, j, stepV), cellsW, isa);
+  });
 }
-// The other 4:2:0 drivers take cells; the RGB planes share one step.
 void myRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
                           Lum8u* pV, int cellsW, int cellsH, int srcStep, int stepY, int stepU,
-                          int stepV) {
-  for (int j = 0; j < cellsH; ++j)
+                          int stepV, Isa isa) {
+  rows<Threading::Serial>(cellsW, cellsH, [&](int j) {
     innerRGBToYUV420_8u_P3R(rowPtr(pR, 2 * j, srcStep), rowPtr(pG, 2 * j, srcStep),
                             rowPtr(pB, 2 * j, srcStep), srcStep, rowPtr(pY, 2 * j, stepY),
                             rowPtr(pY, 2 * j + 1, stepY), rowPtr(pU, j, stepU),
-                            rowPtr(pV, j, stepV), cellsW);
+                            rowPtr(pV, j, stepV), cellsW, isa);
+  });
 }
 void myYUV420ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                            int cellsW, int cellsH, int stepY, int stepU, int stepV, int dstStep) {
-  for (int j = 0; j < cellsH; ++j)
+                            int cellsW, int cellsH, int stepY, int stepU, int stepV, int dstStep,
+                            Isa isa) {
+  rows<Threading::Serial>(cellsW, cellsH, [&](int j) {
     innerYUV420ToRGB_8u_P3C3R(rowPtr(pY, 2 * j, stepY), rowPtr(pY, 2 * j + 1, stepY),
                               rowPtr(pU, j, stepU), rowPtr(pV, j, stepV),
-                              rowPtr(pDst, 2 * j, dstStep), rowPtr(pDst, 2 * j + 1, dstStep), cellsW);
+                              rowPtr(pDst, 2 * j, dstStep), rowPtr(pDst, 2 * j + 1, dstStep),
+                              cellsW, isa);
+  });
 }
 void myYUV420ToRGB_8u_P3AC4R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                             int cellsW, int cellsH, int stepY, int stepU, int stepV, int dstStep) {
-  for (int j = 0; j < cellsH; ++j)
+                             int cellsW, int cellsH, int stepY, int stepU, int stepV, int dstStep,
+                             Isa isa) {
+  rows<Threading::Serial>(cellsW, cellsH, [&](int j) {
     innerYUV420ToRGB_8u_P3AC4R(rowPtr(pY, 2 * j, stepY), rowPtr(pY, 2 * j + 1, stepY),
                                rowPtr(pU, j, stepU), rowPtr(pV, j, stepV),
                                rowPtr(pDst, 2 * j, dstStep), rowPtr(pDst, 2 * j + 1, dstStep),
-                               cellsW);
+                               cellsW, isa);
+  });
 }
 void myYUV420ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
                           Lum8u* pB, int cellsW, int cellsH, int stepY, int stepU, int stepV,
-                          int dstStep) {
-  for (int j = 0; j < cellsH; ++j)
+                          int dstStep, Isa isa) {
+  rows<Threading::Serial>(cellsW, cellsH, [&](int j) {
     innerYUV420ToRGB_8u_P3R(rowPtr(pY, 2 * j, stepY), rowPtr(pY, 2 * j + 1, stepY),
                             rowPtr(pU, j, stepU), rowPtr(pV, j, stepV), rowPtr(pR, 2 * j, dstStep),
                             rowPtr(pG, 2 * j, dstStep), rowPtr(pB, 2 * j, dstStep), dstStep,
-                            cellsW);
+                            cellsW, isa);
+  });
 }
 
-// ===========================================================================
-// Public functions: checks (P1, or P2 with the step arrays among the arrays
-// tested first), then one call.
-
-namespace {
+// ---------------------------------------------------------------------------
+// What the public functions share.
 
 // The strides of the forms without steps.
 int chroma422Stride(int width) { return width / 2 + (width & 1); }
@@ -615,218 +455,177 @@ bool wholeImage422(LumSize roi, int* n) {
   return true;
 }
 
-LumStatus oddSize420(LumSize roi) {
-  return ((roi.width | roi.height) & 1) ? LumWarnOddSize : LumOk;
-}
+// The status of a converted region: 4:2:2 converts every pixel; 4:2:0 warns
+// when the region is not a whole number of cells (whole cells converted).
+LumStatus done422(LumSize) { return LumOk; }
+LumStatus done420(LumSize roi) { return ((roi.width | roi.height) & 1) ? LumWarnOddSize : LumOk; }
 
 }  // namespace
 
-LUM_PUBLIC LumStatus lumiRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                              int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myRGBToYUV422_8u_C3C2R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
+// ===========================================================================
+// Public functions, one macro a signature shape (lum_shapes.h): the checks
+// of pattern P2 (the pointers, each step array among them, then the size,
+// then the plane pointers, source first), one driver call (the statement),
+// and the status `done` gives.  Shape A (the C2 forms) is LUM_PUBLIC_A.
+#define YUVSUB_UNPAREN(...) __VA_ARGS__
+#define YUVSUB_CHECKS(ptrs, arrays)                                                         \
+  const LumStatus st_ =                                                                     \
+      lum::checks<lum::Pattern::P2>(YUVSUB_UNPAREN ptrs, YUVSUB_UNPAREN arrays, {}, roiSize); \
+  if (st_ != LumOk) return st_;
+#define YUVSUB_PUBLIC_E(name, done, ...)                                                     \
+  LUM_PUBLIC LumStatus name(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],            \
+                            const int dstStep[3], LumSize roiSize) {                         \
+    YUVSUB_CHECKS(({pSrc, pDst, dstStep}), ({lum::arr(pDst, 3)}))                            \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
+#define YUVSUB_PUBLIC_F(name, done, ...)                                                     \
+  LUM_PUBLIC LumStatus name(const Lum8u* const pSrc[3], const int srcStep[3], Lum8u* pDst,   \
+                            int dstStep, LumSize roiSize) {                                  \
+    YUVSUB_CHECKS(({pSrc, srcStep, pDst}), ({lum::arr(pSrc, 3)}))                            \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
+#define YUVSUB_PUBLIC_G(name, done, ...)                                                     \
+  LUM_PUBLIC LumStatus name(const Lum8u* const pSrc[3], int srcStep, Lum8u* const pDst[3],   \
+                            const int dstStep[3], LumSize roiSize) {                         \
+    YUVSUB_CHECKS(({pSrc, pDst, dstStep}), ({lum::arr(pSrc, 3), lum::arr(pDst, 3)}))         \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
+#define YUVSUB_PUBLIC_H(name, done, ...)                                                     \
+  LUM_PUBLIC LumStatus name(const Lum8u* const pSrc[3], const int srcStep[3],                \
+                            Lum8u* const pDst[3], int dstStep, LumSize roiSize) {            \
+    YUVSUB_CHECKS(({pSrc, srcStep, pDst}), ({lum::arr(pSrc, 3), lum::arr(pDst, 3)}))         \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
+#define YUVSUB_PUBLIC_I(name, done, ...)                                                     \
+  LUM_PUBLIC LumStatus name(const Lum8u* const pSrc[3], const int srcStep[3],                \
+                            Lum8u* const pDst[3], const int dstStep[3], LumSize roiSize) {   \
+    YUVSUB_CHECKS(({pSrc, srcStep, pDst, dstStep}), ({lum::arr(pSrc, 3), lum::arr(pDst, 3)})) \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
+// Shape J, no steps: pixel order to planes, planes to planes, planes to
+// pixel order.
+#define YUVSUB_PUBLIC_J_CP(name, done, ...)                                                  \
+  LUM_PUBLIC LumStatus name(const Lum8u* pSrc, Lum8u* const pDst[3], LumSize roiSize) {      \
+    YUVSUB_CHECKS(({pSrc, pDst}), ({lum::arr(pDst, 3)}))                                     \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
+#define YUVSUB_PUBLIC_J_PP(name, done, ...)                                                  \
+  LUM_PUBLIC LumStatus name(const Lum8u* const pSrc[3], Lum8u* const pDst[3],                \
+                            LumSize roiSize) {                                               \
+    YUVSUB_CHECKS(({pSrc, pDst}), ({lum::arr(pSrc, 3), lum::arr(pDst, 3)}))                  \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
+#define YUVSUB_PUBLIC_J_PC(name, done, ...)                                                  \
+  LUM_PUBLIC LumStatus name(const Lum8u* const pSrc[3], Lum8u* pDst, LumSize roiSize) {      \
+    YUVSUB_CHECKS(({pSrc, pDst}), ({lum::arr(pSrc, 3)}))                                     \
+    __VA_ARGS__;                                                                             \
+    return done(roiSize);                                                                    \
+  }
 
-LUM_PUBLIC LumStatus lumiRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, int srcStep,
-                                              Lum8u* const pDst[3], const int dstStep[3],
-                                              LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst, dstStep}, roiSize, {arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myRGBToYUV422_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], roiSize.width, roiSize.height, srcStep,
-                         dstStep[0], dstStep[1], dstStep[2]);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYUV422_8u_P3R(const Lum8u* const pSrc[3], int srcStep,
-                                            Lum8u* const pDst[3], const int dstStep[3],
-                                            LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst, dstStep}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myRGBToYUV422_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width,
-                       roiSize.height, srcStep, dstStep[0], dstStep[1], dstStep[2]);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYUV422_8u_C3P3(const Lum8u* pSrc, Lum8u* const pDst[3],
-                                             LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pDst, 3)});
-  if (st != LumOk) return st;
-  int n;
+// 4:2:2 forward.
+LUM_PUBLIC_A(lumiRGBToYUV422_8u_C3C2R, P1, Lum8u, Lum8u,
+             myRGBToYUV422_8u_C3C2R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+YUVSUB_PUBLIC_E(lumiRGBToYUV422_8u_C3P3R, done422,
+                myRGBToYUV422_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], roiSize.width, roiSize.height,
+                                       srcStep, dstStep[0], dstStep[1], dstStep[2], isa()))
+YUVSUB_PUBLIC_G(lumiRGBToYUV422_8u_P3R, done422,
+                myRGBToYUV422_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2],
+                                     roiSize.width, roiSize.height, srcStep, dstStep[0], dstStep[1],
+                                     dstStep[2], isa()))
+YUVSUB_PUBLIC_J_CP(lumiRGBToYUV422_8u_C3P3, done422,
+  const Isa level = isa(); int n;
   if (wholeImage422(roiSize, &n)) {
-    myRGBToYUV422_8u_C3P3(pSrc, pDst[0], pDst[1], pDst[2], n);
+    myRGBToYUV422_8u_C3P3(pSrc, pDst[0], pDst[1], pDst[2], n, level);
   } else {
     const int w = roiSize.width, c = chroma422Stride(w);
-    myRGBToYUV422_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], w, roiSize.height, 3 * w, w, c, c);
-  }
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYUV422_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
-                                           LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  int n;
+    myRGBToYUV422_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], w, roiSize.height, 3 * w, w, c, c, level);
+  })
+YUVSUB_PUBLIC_J_PP(lumiRGBToYUV422_8u_P3, done422,
+  const Isa level = isa(); int n;
   if (wholeImage422(roiSize, &n)) {
-    myRGBToYUV422_8u_P3(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], n);
+    myRGBToYUV422_8u_P3(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], n, level);
   } else {
     const int w = roiSize.width, c = chroma422Stride(w);
     myRGBToYUV422_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], w, roiSize.height,
-                         w, w, c, c);
-  }
-  return LumOk;
-}
+                         w, w, c, c, level);
+  })
 
-LUM_PUBLIC LumStatus lumiYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
-                                              int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP1({pSrc, pDst}, roiSize);
-  if (st != LumOk) return st;
-  myYUV422ToRGB_8u_C2C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYUV422ToRGB_8u_P3C3R(const Lum8u* const pSrc[3], const int srcStep[3],
-                                              Lum8u* pDst, int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, srcStep, pDst}, roiSize, {arr(pSrc, 3)});
-  if (st != LumOk) return st;
-  myYUV422ToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width, roiSize.height,
-                         srcStep[0], srcStep[1], srcStep[2], dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYUV422ToRGB_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
-                                            Lum8u* const pDst[3], int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, srcStep, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myYUV422ToRGB_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width,
-                       roiSize.height, srcStep[0], srcStep[1], srcStep[2], dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYUV422ToRGB_8u_P3AC4R(const Lum8u* const pSrc[3], const int srcStep[3],
-                                               Lum8u* pDst, int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, srcStep, pDst}, roiSize, {arr(pSrc, 3)});
-  if (st != LumOk) return st;
-  myYUV422ToRGB_8u_P3AC4R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width, roiSize.height,
-                          srcStep[0], srcStep[1], srcStep[2], dstStep);
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYUV422ToRGB_8u_P3C3(const Lum8u* const pSrc[3], Lum8u* pDst,
-                                             LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3)});
-  if (st != LumOk) return st;
-  int n;
+// 4:2:2 inverse.
+LUM_PUBLIC_A(lumiYUV422ToRGB_8u_C2C3R, P1, Lum8u, Lum8u,
+             myYUV422ToRGB_8u_C2C3R(pSrc, pDst, roiSize.width, roiSize.height, srcStep, dstStep, isa()))
+YUVSUB_PUBLIC_F(lumiYUV422ToRGB_8u_P3C3R, done422,
+                myYUV422ToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width, roiSize.height,
+                                       srcStep[0], srcStep[1], srcStep[2], dstStep, isa()))
+YUVSUB_PUBLIC_H(lumiYUV422ToRGB_8u_P3R, done422,
+                myYUV422ToRGB_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2],
+                                     roiSize.width, roiSize.height, srcStep[0], srcStep[1],
+                                     srcStep[2], dstStep, isa()))
+YUVSUB_PUBLIC_F(lumiYUV422ToRGB_8u_P3AC4R, done422,
+                myYUV422ToRGB_8u_P3AC4R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width,
+                                        roiSize.height, srcStep[0], srcStep[1], srcStep[2], dstStep,
+                                        isa()))
+YUVSUB_PUBLIC_J_PC(lumiYUV422ToRGB_8u_P3C3, done422,
+  const Isa level = isa(); int n;
   if (wholeImage422(roiSize, &n)) {
-    myYUV422ToRGB_8u_P3C3(pSrc[0], pSrc[1], pSrc[2], pDst, n);
+    myYUV422ToRGB_8u_P3C3(pSrc[0], pSrc[1], pSrc[2], pDst, n, level);
   } else {
     const int w = roiSize.width, c = chroma422Stride(w);
-    myYUV422ToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, w, roiSize.height, w, c, c, 3 * w);
-  }
-  return LumOk;
-}
-
-LUM_PUBLIC LumStatus lumiYUV422ToRGB_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
-                                           LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  int n;
+    myYUV422ToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, w, roiSize.height, w, c, c, 3 * w, level);
+  })
+YUVSUB_PUBLIC_J_PP(lumiYUV422ToRGB_8u_P3, done422,
+  const Isa level = isa(); int n;
   if (wholeImage422(roiSize, &n)) {
-    myYUV422ToRGB_8u_P3(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], n);
+    myYUV422ToRGB_8u_P3(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], n, level);
   } else {
     const int w = roiSize.width, c = chroma422Stride(w);
     myYUV422ToRGB_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], w, roiSize.height,
-                         w, c, c, w);
-  }
-  return LumOk;
-}
+                         w, c, c, w, level);
+  })
 
-LUM_PUBLIC LumStatus lumiRGBToYUV420_8u_C3P3R(const Lum8u* pSrc, int srcStep,
-                                              Lum8u* const pDst[3], const int dstStep[3],
-                                              LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst, dstStep}, roiSize, {arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myRGBToYUV420_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], roiSize.width, roiSize.height, srcStep,
-                         dstStep[0], dstStep[1], dstStep[2]);
-  return oddSize420(roiSize);
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYUV420_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
-                                            Lum8u* const pDst[3], const int dstStep[3],
-                                            LumSize roiSize) {
-  const LumStatus st =
-      checkP2({pSrc, srcStep, pDst, dstStep}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myRGBToYUV420_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width >> 1,
-                       roiSize.height >> 1, srcStep[0], dstStep[0], dstStep[1], dstStep[2]);
-  return oddSize420(roiSize);
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYUV420_8u_C3P3(const Lum8u* pSrc, Lum8u* const pDst[3],
-                                             LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pDst, 3)});
-  if (st != LumOk) return st;
+// 4:2:0 forward: whole cells, the RGB planes of the plane forms at element 0
+// of their step array.
+YUVSUB_PUBLIC_E(lumiRGBToYUV420_8u_C3P3R, done420,
+                myRGBToYUV420_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], roiSize.width >> 1,
+                                       roiSize.height >> 1, srcStep, dstStep[0], dstStep[1],
+                                       dstStep[2], isa()))
+YUVSUB_PUBLIC_I(lumiRGBToYUV420_8u_P3R, done420,
+                myRGBToYUV420_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2],
+                                     roiSize.width >> 1, roiSize.height >> 1, srcStep[0], dstStep[0],
+                                     dstStep[1], dstStep[2], isa()))
+YUVSUB_PUBLIC_J_CP(lumiRGBToYUV420_8u_C3P3, done420,
   const int w = roiSize.width, c = chroma420Stride(w);
-  myRGBToYUV420_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], w, roiSize.height, 3 * w, w, c, c);
-  return oddSize420(roiSize);
-}
-
-LUM_PUBLIC LumStatus lumiRGBToYUV420_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
-                                           LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
+  myRGBToYUV420_8u_C3P3R(pSrc, pDst[0], pDst[1], pDst[2], w >> 1, roiSize.height >> 1, 3 * w, w,
+                         c, c, isa()))
+YUVSUB_PUBLIC_J_PP(lumiRGBToYUV420_8u_P3, done420,
   const int w = roiSize.width, c = chroma420Stride(w);
   myRGBToYUV420_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], w >> 1,
-                       roiSize.height >> 1, w, w, c, c);
-  return oddSize420(roiSize);
-}
+                       roiSize.height >> 1, w, w, c, c, isa()))
 
-LUM_PUBLIC LumStatus lumiYUV420ToRGB_8u_P3C3R(const Lum8u* const pSrc[3], const int srcStep[3],
-                                              Lum8u* pDst, int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, srcStep, pDst}, roiSize, {arr(pSrc, 3)});
-  if (st != LumOk) return st;
-  myYUV420ToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width >> 1, roiSize.height >> 1,
-                         srcStep[0], srcStep[1], srcStep[2], dstStep);
-  return oddSize420(roiSize);
-}
-
-LUM_PUBLIC LumStatus lumiYUV420ToRGB_8u_P3R(const Lum8u* const pSrc[3], const int srcStep[3],
-                                            Lum8u* const pDst[3], const int dstStep[3],
-                                            LumSize roiSize) {
-  const LumStatus st =
-      checkP2({pSrc, srcStep, pDst, dstStep}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
-  myYUV420ToRGB_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], roiSize.width >> 1,
-                       roiSize.height >> 1, srcStep[0], srcStep[1], srcStep[2], dstStep[0]);
-  return oddSize420(roiSize);
-}
-
-LUM_PUBLIC LumStatus lumiYUV420ToRGB_8u_P3AC4R(const Lum8u* const pSrc[3], const int srcStep[3],
-                                               Lum8u* pDst, int dstStep, LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, srcStep, pDst}, roiSize, {arr(pSrc, 3)});
-  if (st != LumOk) return st;
-  myYUV420ToRGB_8u_P3AC4R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width >> 1,
-                          roiSize.height >> 1, srcStep[0], srcStep[1], srcStep[2], dstStep);
-  return oddSize420(roiSize);
-}
-
-LUM_PUBLIC LumStatus lumiYUV420ToRGB_8u_P3C3(const Lum8u* const pSrc[3], Lum8u* pDst,
-                                             LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3)});
-  if (st != LumOk) return st;
+// 4:2:0 inverse.
+YUVSUB_PUBLIC_F(lumiYUV420ToRGB_8u_P3C3R, done420,
+                myYUV420ToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width >> 1,
+                                       roiSize.height >> 1, srcStep[0], srcStep[1], srcStep[2],
+                                       dstStep, isa()))
+YUVSUB_PUBLIC_I(lumiYUV420ToRGB_8u_P3R, done420,
+                myYUV420ToRGB_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2],
+                                     roiSize.width >> 1, roiSize.height >> 1, srcStep[0], srcStep[1],
+                                     srcStep[2], dstStep[0], isa()))
+YUVSUB_PUBLIC_F(lumiYUV420ToRGB_8u_P3AC4R, done420,
+                myYUV420ToRGB_8u_P3AC4R(pSrc[0], pSrc[1], pSrc[2], pDst, roiSize.width >> 1,
+                                        roiSize.height >> 1, srcStep[0], srcStep[1], srcStep[2],
+                                        dstStep, isa()))
+YUVSUB_PUBLIC_J_PC(lumiYUV420ToRGB_8u_P3C3, done420,
   const int w = roiSize.width, c = chroma420Stride(w);
   myYUV420ToRGB_8u_P3C3R(pSrc[0], pSrc[1], pSrc[2], pDst, w >> 1, roiSize.height >> 1, w, c, c,
-                         3 * w);
-  return oddSize420(roiSize);
-}
-
-LUM_PUBLIC LumStatus lumiYUV420ToRGB_8u_P3(const Lum8u* const pSrc[3], Lum8u* const pDst[3],
-                                           LumSize roiSize) {
-  const LumStatus st = checkP2({pSrc, pDst}, roiSize, {arr(pSrc, 3), arr(pDst, 3)});
-  if (st != LumOk) return st;
+                         3 * w, isa()))
+YUVSUB_PUBLIC_J_PP(lumiYUV420ToRGB_8u_P3, done420,
   const int w = roiSize.width, c = chroma420Stride(w);
   myYUV420ToRGB_8u_P3R(pSrc[0], pSrc[1], pSrc[2], pDst[0], pDst[1], pDst[2], w >> 1,
-                       roiSize.height >> 1, w, c, c, w);
-  return oddSize420(roiSize);
-}
+                       roiSize.height >> 1, w, c, c, w, isa()))

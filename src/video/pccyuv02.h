@@ -16,10 +16,13 @@
 
 #include <stdint.h>
 
+#include "frame/lum_cpu.h"
+#include "frame/lum_lanes.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
 namespace lum {
+inline namespace LUM_ISA_NS {
 namespace yuvsub {
 
 // Block sizes of the one-row kernels, in pixels (4:2:2) or cells (4:2:0).
@@ -28,6 +31,8 @@ constexpr int kBlockYUV422ToRGB = 16;        // C2C3, P3, and the I1 part of P3C
 constexpr int kBlockYUV422ToRGB_AC4 = 4;     // I2 in rounds of 8, then one of 4
 constexpr int kBlockRGBToYUV420_Cells = 8;   // T1 on cells & ~7 (C3P3), T3 everywhere (P3)
 constexpr int kBlockYUV420ToRGB_Cells = 8;   // I1 everywhere; I2 on cells & ~7 (AC4)
+// The same counted in pairs where a 4:2:2 kernel walks its row by pairs.
+constexpr int kBlockPairs422 = kBlockRGBToYUV422 / 2;
 
 // Chroma factors.
 constexpr int kUFactor = 16121, kVFactor = 28737;
@@ -39,17 +44,45 @@ inline int w10(int x) { return (257 * x) >> 6; }
 // Luma terms: T is twice the luma, and Y = sat8u(T >> 1) in every path.
 // T1: R and G share one shift, B has its own.
 inline int t1(int R, int G, int B) { return ((9798 * R + 19235 * G) >> 14) + ((3736 * B) >> 14); }
+// T1 on a lane type of 16-bit lanes (I16x8, I16x16): pmaddwd forms
+// 9798 R + 19235 G in 32-bit lanes, shifted by 14 and packed back; (3736 B)
+// >> 14 is the high half of (4 B) * 3736, exact since 4 B and 3736 fit 16
+// bits.
+template <class I>
+inline I t1Lanes(I R, I G, I B) {
+  const I k = broadcastPair16<I>(9798, 19235);
+  const I rg = packS32(shrA<14>(madd(interleaveLo(R, G), k)), shrA<14>(madd(interleaveHi(R, G), k)));
+  return rg + mulHi(shl<2>(B), broadcast16<I>(3736));
+}
 // T2: one shift for the whole sum.
 inline int t2(int R, int G, int B) { return (9798 * R + 19235 * G + 3736 * B) >> 14; }
 // T3: truncated high-half products of the 10-bit values.
 inline int t3(int R, int G, int B) {
   return sat16s(sat16s(Hs(w10(R), 9798) + Hs(w10(G), 19235)) + Hs(w10(B), 3736));
 }
+// T3 on lanes of the 10-bit values (saturating adds).
+template <class I>
+inline I t3Lanes(I wR, I wG, I wB) {
+  return addSat(addSat(mulHi(wR, broadcast16<I>(9798)), mulHi(wG, broadcast16<I>(19235))),
+                mulHi(wB, broadcast16<I>(3736)));
+}
 inline uint8_t yOfT(int T) { return static_cast<uint8_t>(sat8u(T >> 1)); }
 
 // U and V of a chroma difference d (twice the mean difference of B or R and
 // the luma): sat8u(H(d, factor) + 128).
 inline uint8_t chromaOf(int d, int factor) { return static_cast<uint8_t>(sat8u(Hs(d, factor) + 128)); }
+// The same on lanes, before the pack (which is the sat8u).
+template <class I>
+inline I chromaLanes(I d, int factor) { return addSat(mulHi(d, broadcast16<I>(factor)), broadcast16<I>(128)); }
+// Sums of adjacent 16-bit lanes, 2k and 2k + 1, as 32-bit lanes.
+template <class I>
+inline Wide32<I> pairSum(I w) { return madd(w, broadcast16<I>(1)); }
+
+// The lane forms of the pair and cell formulas below work on a group of
+// pixels given as two lane registers, lo and hi, as a byte register widens
+// within each 128-bit half: pixels 0-7 and 8-15 at 8 lanes; 0-7 | 16-23 and
+// 8-15 | 24-31 at 16 lanes.  Pair (cell) sums then pack back in pixel order:
+// the chroma of pairs (cells) 0-7, or 0-15, in order.
 
 // 4:2:2 forward, a pair (pixel 2k, 2k + 1) by T1: S = (T0 + T1) >> 1,
 // U from B0 + B1 - S, V from R0 + R1 - S.
@@ -61,6 +94,20 @@ inline void pairT1(const int p0[3], const int p1[3], uint8_t y[2], uint8_t* u, u
   *u = chromaOf(p0[2] + p1[2] - S, kUFactor);
   *v = chromaOf(p0[0] + p1[0] - S, kVFactor);
 }
+// The same on lanes: T of the lo and hi pixels, and the chroma of their
+// pairs in order (16-bit, before the pack).
+template <class I>
+inline void pairT1Lanes(const I R[2], const I G[2], const I B[2], I T[2], I& u, I& v) {
+  Wide32<I> dB[2], dR[2];
+  for (int h = 0; h < 2; ++h) {
+    T[h] = t1Lanes(R[h], G[h], B[h]);
+    const Wide32<I> S = shrA<1>(pairSum(T[h]));
+    dB[h] = pairSum(B[h]) - S;
+    dR[h] = pairSum(R[h]) - S;
+  }
+  u = chromaLanes(packS32(dB[0], dB[1]), kUFactor);
+  v = chromaLanes(packS32(dR[0], dR[1]), kVFactor);
+}
 // 4:2:2 forward, a pair by T3: s = T0 + T1, U from (w(B0) + w(B1)) >> 1 - s,
 // halved after the product.
 inline void pairT3(const int p0[3], const int p1[3], uint8_t y[2], uint8_t* u, uint8_t* v) {
@@ -70,6 +117,20 @@ inline void pairT3(const int p0[3], const int p1[3], uint8_t y[2], uint8_t* u, u
   y[1] = yOfT(T1);
   *u = static_cast<uint8_t>(sat8u((Hs(((w10(p0[2]) + w10(p1[2])) >> 1) - s, kUFactor) >> 1) + 128));
   *v = static_cast<uint8_t>(sat8u((Hs(((w10(p0[0]) + w10(p1[0])) >> 1) - s, kVFactor) >> 1) + 128));
+}
+
+// The same on lanes of the 10-bit values.
+template <class I>
+inline void pairT3Lanes(const I wR[2], const I wG[2], const I wB[2], I T[2], I& u, I& v) {
+  Wide32<I> dB[2], dR[2];
+  for (int h = 0; h < 2; ++h) {
+    T[h] = t3Lanes(wR[h], wG[h], wB[h]);
+    const Wide32<I> s = pairSum(T[h]);
+    dB[h] = shrA<1>(pairSum(wB[h])) - s;
+    dR[h] = shrA<1>(pairSum(wR[h])) - s;
+  }
+  u = addSat(shrA<1>(mulHi(packS32(dB[0], dB[1]), broadcast16<I>(kUFactor))), broadcast16<I>(128));
+  v = addSat(shrA<1>(mulHi(packS32(dR[0], dR[1]), broadcast16<I>(kVFactor))), broadcast16<I>(128));
 }
 
 // 4:2:2 forward, the last pixel of an odd width.
@@ -100,6 +161,27 @@ inline void cellChroma(int A, int C, int S, uint8_t* u, uint8_t* v) {
   *v = chromaOf(C - S, kVFactor);
 }
 
+// The cells of two rows on lanes: R, G, B [row][lo/hi] widened as the
+// kernel's T wants them (bytes for T1, w10 for T3), T[row][lo/hi] out, and
+// the chroma of the cells in order.  A and C are the cell sums of B and R
+// shifted by kSumShift (1 for T1, 3 for T3); S is the cell sum of T >> 2.
+// The column sums of the two rows fit 16 bits (at most 2 * 1023); their pair
+// sums are the cell sums.
+template <int kSumShift, class I, class TFn>
+inline void cellsLanes(const I R[2][2], const I G[2][2], const I B[2][2], TFn tFn, I T[2][2], I& u,
+                       I& v) {
+  Wide32<I> dB[2], dR[2];
+  for (int h = 0; h < 2; ++h) {
+    T[0][h] = tFn(R[0][h], G[0][h], B[0][h]);
+    T[1][h] = tFn(R[1][h], G[1][h], B[1][h]);
+    const Wide32<I> S = shrA<2>(pairSum(T[0][h] + T[1][h]));
+    dB[h] = shrA<kSumShift>(pairSum(B[0][h] + B[1][h])) - S;
+    dR[h] = shrA<kSumShift>(pairSum(R[0][h] + R[1][h])) - S;
+  }
+  u = chromaLanes(packS32(dB[0], dB[1]), kUFactor);
+  v = chromaLanes(packS32(dR[0], dR[1]), kVFactor);
+}
+
 // ---------------------------------------------------------------------------
 // Inverse formulas.  u, v are U - 128, V - 128 scaled as each says.
 
@@ -112,6 +194,41 @@ inline void i1(int Y, int U, int V, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(T + Hs(u, 16645)) >> 1));
 }
 
+// I1 on lanes, in two steps: the chroma terms H(v, 9338), H(u, -3227),
+// H(v, -4759), H(u, 16645) of the pairs or cells, then, for each pixel, those
+// of its pair or cell added to T = 2 Y in the formula's order.  The terms are
+// computed once per pair or cell and spread to its two pixels
+// (interleaveLo/Hi of the terms with themselves, which spread pairs 0-3 and
+// 4-7 of each 128-bit half to the lo and hi pixels): the same lanes as
+// computing them per pixel from replicated U and V.
+template <class I>
+struct I1Terms {
+  I r, gu, gv, b;
+};
+template <class I>
+inline I1Terms<I> i1TermsLanes(I U, I V) {
+  const I u = shl<4>(U - broadcast16<I>(128)), v = shl<4>(V - broadcast16<I>(128));
+  return {mulHi(v, broadcast16<I>(9338)), mulHi(u, broadcast16<I>(-3227)),
+          mulHi(v, broadcast16<I>(-4759)), mulHi(u, broadcast16<I>(16645))};
+}
+template <class I>
+inline I1Terms<I> spreadLo(const I1Terms<I>& t) {
+  return {interleaveLo(t.r, t.r), interleaveLo(t.gu, t.gu), interleaveLo(t.gv, t.gv),
+          interleaveLo(t.b, t.b)};
+}
+template <class I>
+inline I1Terms<I> spreadHi(const I1Terms<I>& t) {
+  return {interleaveHi(t.r, t.r), interleaveHi(t.gu, t.gu), interleaveHi(t.gv, t.gv),
+          interleaveHi(t.b, t.b)};
+}
+template <class I>
+inline void i1ApplyLanes(I Y, const I1Terms<I>& t, I o[3]) {
+  const I T = shl<1>(Y);
+  o[0] = shrA<1>(addSat(T, t.r));
+  o[1] = shrA<1>(addSat(addSat(T, t.gu), t.gv));
+  o[2] = shrA<1>(addSat(T, t.b));
+}
+
 // I2 (the AC4 kernels): y = 16 Y, u = 128 (U - 128), v = 128 (V - 128), a
 // rounding 8 before the shift by 4.
 inline void i2(int Y, int U, int V, uint8_t* rgb) {
@@ -119,6 +236,19 @@ inline void i2(int Y, int U, int V, uint8_t* rgb) {
   rgb[0] = static_cast<uint8_t>(sat8u(sat16s(sat16s(y + Hs(v, 9338)) + 8) >> 4));
   rgb[1] = static_cast<uint8_t>(sat8u(sat16s(y - sat16s(Hs(u, 3227) + Hs(v, 4759)) + 8) >> 4));
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(sat16s(y + Hs(u, 16646)) + 8) >> 4));
+}
+
+// I2 on lanes (U and V replicated to their pixels).  y - (..) cannot leave
+// the 16-bit range, so saturating it before the rounding 8 is the same as
+// saturating once after.
+template <class I>
+inline void i2Lanes(I Y, I U, I V, I o[3]) {
+  const I y = shl<4>(Y), r8 = broadcast16<I>(8);
+  const I u = shl<7>(U - broadcast16<I>(128)), v = shl<7>(V - broadcast16<I>(128));
+  o[0] = shrA<4>(addSat(addSat(y, mulHi(v, broadcast16<I>(9338))), r8));
+  const I g = addSat(mulHi(u, broadcast16<I>(3227)), mulHi(v, broadcast16<I>(4759)));
+  o[1] = shrA<4>(addSat(subSat(y, g), r8));
+  o[2] = shrA<4>(addSat(addSat(y, mulHi(u, broadcast16<I>(16646))), r8));
 }
 
 // I3, scalar, 16 fractional bits; `round` is added before each shift (0, or
@@ -140,72 +270,80 @@ inline void i4(int Y, int U, int V, uint8_t* rgb) {
 }
 
 }  // namespace yuvsub
+}  // inline namespace LUM_ISA_NS
 }  // namespace lum
 
+
 // ---------------------------------------------------------------------------
-// One-row kernels.  4:2:2: row pointers and the pixel count.  4:2:0: two
-// rows at once, counted in cells.
-void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width);
+// One-row kernels, taking the call's instruction-set level.  4:2:2: row
+// pointers and the pixel count.  4:2:0: two rows at once, counted in cells.
+void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
+                               lum::Isa isa);
 void innerRGBToYUV422_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                             Lum8u* pU, Lum8u* pV, int width);
-void innerYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
+                             Lum8u* pU, Lum8u* pV, int width, lum::Isa isa);
+void innerYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
 void unrealYUV(const Lum8u* pSrc, Lum8u* pDst);
 void innerYUV422ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                               int width);
+                               int width, lum::Isa isa);
 void innerYUV422ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
-                             Lum8u* pG, Lum8u* pB, int width);
+                             Lum8u* pG, Lum8u* pB, int width, lum::Isa isa);
 void innerYUV422ToRGB_8u_P3AC4R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                                int width);
+                                int width, lum::Isa isa);
 void innerRGBToYUV420_8u_C3P3R(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
-                               Lum8u* pU, Lum8u* pV, int cells);
+                               Lum8u* pU, Lum8u* pV, int cells, lum::Isa isa);
 void innerRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, int srcStep,
-                             Lum8u* pY0, Lum8u* pY1, Lum8u* pU, Lum8u* pV, int cells);
+                             Lum8u* pY0, Lum8u* pY1, Lum8u* pU, Lum8u* pV, int cells,
+                             lum::Isa isa);
 void innerYUV420ToRGB_8u_P3C3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
-                               const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells);
+                               const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells,
+                               lum::Isa isa);
 void innerYUV420ToRGB_8u_P3AC4R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
-                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells);
+                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells,
+                                lum::Isa isa);
 void innerYUV420ToRGB_8u_P3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                              const Lum8u* pV, Lum8u* pR, Lum8u* pG, Lum8u* pB, int dstStep,
-                             int cells);
+                             int cells, lum::Isa isa);
 
-// Row drivers: image pointers, then width and height (pixels for 4:2:2 and
-// for the pixel-order 4:2:0 forward driver, cells for the other 4:2:0
-// drivers), then the steps.  The drivers without R take a packed image as one
-// row of n pixels.
-void myRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                            int dstStep);
-void myRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                            int height, int srcStep, int stepY, int stepU, int stepV);
-void myRGBToYUV422_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
-                          Lum8u* pV, int width, int height, int srcStep, int stepY, int stepU,
-                          int stepV);
-void myRGBToYUV422_8u_C3P3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int n);
-void myRGBToYUV422_8u_P3(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
-                         Lum8u* pV, int n);
-void myYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                            int dstStep);
-void myYUV422ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                            int width, int height, int stepY, int stepU, int stepV, int dstStep);
-void myYUV422ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
-                          Lum8u* pB, int width, int height, int stepY, int stepU, int stepV,
-                          int dstStep);
-void myYUV422ToRGB_8u_P3AC4R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                             int width, int height, int stepY, int stepU, int stepV, int dstStep);
-void myYUV422ToRGB_8u_P3C3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst, int n);
-void myYUV422ToRGB_8u_P3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
-                         Lum8u* pB, int n);
-void myRGBToYUV420_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                            int height, int srcStep, int stepY, int stepU, int stepV);
-void myRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY, Lum8u* pU,
-                          Lum8u* pV, int cellsW, int cellsH, int srcStep, int stepY, int stepU,
-                          int stepV);
-void myYUV420ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                            int cellsW, int cellsH, int stepY, int stepU, int stepV, int dstStep);
-void myYUV420ToRGB_8u_P3AC4R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                             int cellsW, int cellsH, int stepY, int stepU, int stepV, int dstStep);
-void myYUV420ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR, Lum8u* pG,
-                          Lum8u* pB, int cellsW, int cellsH, int stepY, int stepU, int stepV,
-                          int dstStep);
+// ---------------------------------------------------------------------------
+// Faster block loops.  Each converts from pixel (4:2:2) or cell (4:2:0) x,
+// a multiple of its round, in rounds while a whole round fits below end,
+// and returns the first pixel or cell not done; the caller goes on from
+// there with the narrower loops.  SSSE3 (pccyuv02_ssse3.cpp): the SSE2 block
+// loops with the 3-byte pixels (de)interleaved by byte shuffles, 16 pixels
+// (8 cells) a round.  AVX2 (pccyuv02_avx2.cpp): the lane formulas at 16
+// lanes, 32 pixels (16 cells) a round.
+int blockRGBToYUV422_C3C2_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockRGBToYUV422_C3P3_ssse3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int x, int end);
+int blockYUV422ToRGB_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockYUV422ToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
+                                int x, int end);
+int blockRGBToYUV420_C3P3_ssse3(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
+                                Lum8u* pU, Lum8u* pV, int c, int endCells);
+int blockYUV420ToRGB_P3C3_ssse3(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
+                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int c, int endCells);
+
+int blockRGBToYUV422_C3C2_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockRGBToYUV422_C3P3_avx2(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int x, int end);
+int blockRGBToYUV422_P3_avx2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
+                             Lum8u* pU, Lum8u* pV, int x, int end);
+int blockYUV422ToRGB_C2C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
+int blockYUV422ToRGB_P3C3_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
+                               int x, int end);
+int blockYUV422ToRGB_P3_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
+                             Lum8u* pG, Lum8u* pB, int x, int end);
+int blockYUV422ToRGB_AC4_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
+                              int x, int end);
+int blockRGBToYUV420_C3P3_avx2(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
+                               Lum8u* pU, Lum8u* pV, int c, int endCells);
+int blockRGBToYUV420_P3_avx2(const Lum8u* const src0[3], const Lum8u* const src1[3], Lum8u* pY0,
+                             Lum8u* pY1, Lum8u* pU, Lum8u* pV, int c, int endCells);
+int blockYUV420ToRGB_P3C3_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
+                               const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int c, int endCells);
+int blockYUV420ToRGB_P3_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
+                             const Lum8u* pV, Lum8u* const row0[3], Lum8u* const row1[3], int c,
+                             int endCells);
+int blockYUV420ToRGB_AC4_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
+                              const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int c, int endCells);
 
 #endif  // LUM_PCCYUV02_H

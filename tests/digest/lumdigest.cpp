@@ -162,11 +162,186 @@ void services() {
   }
 }
 
+
+// BEGIN SECTION repack-layouts (subsampled layout repacking)
+// Every plane of a repack image is 2 * width bytes a row (room for any
+// layout); each plane has its own step.  All destination planes are hashed.
+struct RepackSide {
+  std::vector<Img<Lum8u>> planes;
+  const Lum8u* c[3] = {nullptr, nullptr, nullptr};
+  Lum8u* m[3] = {nullptr, nullptr, nullptr};
+  int steps[3] = {0, 0, 0};
+  RepackSide(int n, LumSize sz, Lcg& g, bool random) {
+    for (int i = 0; i < n; ++i) planes.emplace_back(2 * sz.width + i, sz.height, g, random);
+    for (int i = 0; i < n; ++i) {
+      c[i] = m[i] = planes[static_cast<size_t>(i)].buf.data();
+      steps[i] = planes[static_cast<size_t>(i)].stepBytes;
+    }
+  }
+  uint64_t hash() const {
+    uint64_t h = 1469598103934665603ull;
+    for (const auto& p : planes) h = fnv1a(p.buf.data(), p.buf.size(), h);
+    return h;
+  }
+};
+template <class Call>
+void runRepack(const char* name, int nSrc, int nDst, Call call) {
+  for (LumSize sz : kSizes) {
+    Lcg g{static_cast<uint32_t>(sz.width * 37 + sz.height)};
+    RepackSide s(nSrc, sz, g, true), d(nDst, sz, g, false);
+    emit(name, sz, call(s, d, sz), d.hash());
+  }
+}
+void repackLayouts() {
+  runRepack("lumiYCbCr422ToYCbCr420_8u_P3R", 3, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCbCr420_8u_P3R;
+    return f(s.c, s.steps, d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr420ToYCbCr422_8u_P3R", 3, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr420ToYCbCr422_8u_P3R;
+    return f(s.c, s.steps, d.m, d.steps, r);
+  });
+  runRepack("lumiYCrCb420ToYCbCr422_8u_P3R", 3, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCrCb420ToYCbCr422_8u_P3R;
+    return f(s.c, s.steps, d.m, d.steps, r);
+  });
+  runRepack("lumiYCrCb422ToYCbCr422_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCrCb422ToYCbCr422_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiCbYCr422ToYCbCr422_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiCbYCr422ToYCbCr422_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr422ToYCbCr420_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCbCr420_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiYCrCb422ToYCbCr420_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCrCb422ToYCbCr420_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiCbYCr422ToYCbCr420_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiCbYCr422ToYCbCr420_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr422ToYCbCr411_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCbCr411_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiYCrCb422ToYCbCr411_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCrCb422ToYCbCr411_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiCbYCr422ToYCbCr411_8u_C2P3R", 1, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiCbYCr422ToYCbCr411_8u_C2P3R;
+    return f(s.c[0], s.steps[0], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr422ToYCbCr420_8u_P3P2R", 3, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCbCr420_8u_P3P2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCbCr420ToYCbCr422_8u_P2P3R", 2, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr420ToYCbCr422_8u_P2P3R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr420_8u_P3P2R", 3, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr420_8u_P3P2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCbCr420_8u_P2P3R", 2, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr420_8u_P2P3R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr422ToYCbCr411_8u_P3P2R", 3, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCbCr411_8u_P3P2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCbCr420ToYCbCr411_8u_P3P2R", 3, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr420ToYCbCr411_8u_P3P2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCrCb420ToYCbCr411_8u_P3P2R", 3, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCrCb420ToYCbCr411_8u_P3P2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCbCr420ToYCbCr411_8u_P2P3R", 2, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr420ToYCbCr411_8u_P2P3R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr411ToYCbCr422_8u_P3C2R", 3, 1, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCbCr422_8u_P3C2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], r);
+  });
+  runRepack("lumiYCbCr411ToYCrCb422_8u_P3C2R", 3, 1, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCrCb422_8u_P3C2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], r);
+  });
+  runRepack("lumiYCbCr411ToYCbCr422_8u_P3R", 3, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCbCr422_8u_P3R;
+    return f(s.c, s.steps, d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr411ToYCrCb422_8u_P3R", 3, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCrCb422_8u_P3R;
+    return f(s.c, s.steps, d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr411ToYCbCr420_8u_P3R", 3, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCbCr420_8u_P3R;
+    return f(s.c, s.steps, d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr411ToYCbCr420_8u_P3P2R", 3, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCbCr420_8u_P3P2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCbCr411_8u_P3P2R", 3, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411_8u_P3P2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCbCr411ToYCbCr422_8u_P2C2R", 2, 1, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCbCr422_8u_P2C2R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m[0], d.steps[0], r);
+  });
+  runRepack("lumiYCbCr411ToYCbCr422_8u_P2P3R", 2, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCbCr422_8u_P2P3R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr411ToYCbCr420_8u_P2P3R", 2, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCbCr420_8u_P2P3R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr411ToYCrCb420_8u_P2P3R", 2, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411ToYCrCb420_8u_P2P3R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr411_8u_P2P3R", 2, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr411_8u_P2P3R;
+    return f(s.c[0], s.steps[0], s.c[1], s.steps[1], d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr422ToYCbCr411_8u_C2P2R", 1, 2, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCbCr411_8u_C2P2R;
+    return f(s.c[0], s.steps[0], d.m[0], d.steps[0], d.m[1], d.steps[1], r);
+  });
+  runRepack("lumiYCbCr422ToYCrCb422_8u_C2R", 1, 1, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCrCb422_8u_C2R;
+    return f(s.c[0], s.steps[0], d.m[0], d.steps[0], r);
+  });
+  runRepack("lumiYCbCr422ToYCbCr411_8u_P3R", 3, 3, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCbCr411_8u_P3R;
+    return f(s.c, s.steps, d.m, d.steps, r);
+  });
+  runRepack("lumiYCbCr422ToYCrCb422_8u_P3C2R", 3, 1, [](RepackSide& s, RepackSide& d, LumSize r) {
+    const auto f = lumiYCbCr422ToYCrCb422_8u_P3C2R;
+    return f(s.c, s.steps, d.m[0], d.steps[0], r);
+  });
+}
+// END SECTION repack-layouts
+
 void all() {
   gLines.clear();
   for (const lumtable::Entry& e : lumtable::table())
     if (e.isImage() && strcmp(e.family, "services") != 0) runEntry(e);
   services();
+  repackLayouts();  // repack-layouts
 }
 
 }  // namespace
