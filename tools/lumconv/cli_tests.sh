@@ -109,6 +109,163 @@ Y_BLOCK='\376\177\177'                  # white's Y, U, V in a block: 254 127 12
 Y_TAIL='\376\200\200'                   # ... in the tail of the C3 and P3 kernels: 254 128 128
 YUV_RED='\200\000\000'                  # Y 128, U 0, V 0
 
+# --- 4:2:2 / 4:2:0, YCbCr and raw layouts ---------------------------------
+
+# maxdiff A B: the largest difference of two files' bytes (same size).
+maxdiff() {
+  [ "$(wc -c <"$1")" -eq "$(wc -c <"$2")" ] || die "$1 and $2 differ in size"
+  cmp -l "$1" "$2" | awk 'function oct(s, n, i) { n = 0; for (i = 1; i <= length(s); i++) n = n * 8 + substr(s, i, 1); return n }
+    { d = oct($2) - oct($3); if (d < 0) d = -d; if (d > m) m = d } END { print m + 0 }'
+}
+
+# An 8x4 PPM of smooth colours (no two neighbours far apart).
+smooth_ppm() {
+  printf 'P6\n8 4\n255\n'
+  for y in 0 1 2 3; do
+    for x in 0 1 2 3 4 5 6 7; do
+      printf "\\$(printf %o $((60 + 10 * x)))\\$(printf %o $((90 + 12 * y)))\\$(printf %o $((150 - 6 * x - 5 * y)))"
+    done
+  done
+}
+
+# RGB -> this library's YUV 4:2:0 .y4m -> RGB, by name; odd sizes too.
+case_yuv420_y4m_roundtrip() {
+  smooth_ppm >in.ppm
+  ok rgb2yuv420 in.ppm out.y4m
+  head -n 1 out.y4m >h.txt
+  printf 'YUV4MPEG2 W8 H4 F25:1 Ip A1:1 C420jpeg XLUMCC_MODEL=YUV\n' >want.txt
+  same h.txt want.txt
+  [ "$(wc -c <out.y4m)" -eq $(($(wc -c <h.txt) + 6 + 32 + 2 * 8)) ] || die "out.y4m has the wrong size"
+  ok yuv4202rgb out.y4m back.ppm
+  d=$(maxdiff in.ppm back.ppm)
+  # Chroma is the mean of each cell (steps of 10 in R a pixel here); a
+  # swapped or shifted plane would show a hundred or more.
+  [ "$d" -le 16 ] || die "4:2:0 round trip differs by $d"
+  # A 3x3 image: chroma planes of 2x2, the last column and row converted as
+  # if repeated.
+  { printf 'P6\n3 3\n255\n'; rep 9 '\200\140\100'; } >odd.ppm
+  ok rgb2yuv420 odd.ppm odd.y4m
+  [ "$(wc -c <odd.y4m)" -eq $(($(head -n 1 odd.y4m | wc -c) + 6 + 9 + 8)) ] || die "odd.y4m size"
+  ok yuv4202rgb odd.y4m odd-back.ppm
+  d=$(maxdiff odd.ppm odd-back.ppm)
+  [ "$d" -le 3 ] || die "odd 4:2:0 round trip differs by $d"
+  # 4:2:2 as well, to a .y4m and to raw YUY2; both read back the same.
+  ok rgb2yuv422 in.ppm out422.y4m
+  grep -q -a '^YUV4MPEG2 W8 H4 F25:1 Ip A1:1 C422 XLUMCC_MODEL=YUV$' out422.y4m || die "C422 header"
+  ok yuv4222rgb out422.y4m back422.ppm
+  d=$(maxdiff in.ppm back422.ppm)
+  [ "$d" -le 16 ] || die "4:2:2 round trip differs by $d"
+}
+
+# Other tools' .y4m is YCbCr: the YUV family reads it only with --model yuv,
+# and never reads YCbCr as YUV by itself; any 4:2:0 siting is accepted.
+case_yuv420_model_tags() {
+  for c in C420jpeg C420mpeg2 C420paldv C420; do
+    { printf "YUV4MPEG2 W2 H2 F25:1 $c\nFRAME\n"; rep 4 '\200'; rep 2 '\200'; } >$c.y4m
+    fails 1 $c.y4m yuv4202rgb $c.y4m out.ppm
+    says 'holds YCbCr'
+    says '--model yuv'
+    ok yuv4202rgb --model yuv $c.y4m $c.ppm
+    { printf 'P6\n2 2\n255\n'; rep 4 '\200\200\200'; } >want.ppm
+    same $c.ppm want.ppm
+  done
+  # The copy keeps the siting, and says the model it read.
+  ok copy C420mpeg2.y4m copy.y4m
+  head -n 1 copy.y4m >h.txt
+  printf 'YUV4MPEG2 W2 H2 F25:1 Ip A1:1 C420mpeg2 XCOLORRANGE=LIMITED\n' >want.txt
+  same h.txt want.txt
+  # A YUV-tagged file is not YCbCr.
+  { printf 'YUV4MPEG2 W1 H1 C444 XLUMCC_MODEL=YUV\nFRAME\n'; rep 3 '\200'; } >yuv.y4m
+  fails 1 yuv.y4m ycbcr2rgb yuv.y4m out.ppm
+  says 'holds YUV; ycbcr2rgb takes YCbCr'
+  fails 1 yuv.y4m ycbcr2rgb --model ycbcr yuv.y4m out.ppm
+  says 'tagged XLUMCC_MODEL=YUV'
+  absent out.ppm
+}
+
+# RGB <-> C444 .y4m goes through YCbCr, studio range, tagged LIMITED.
+case_ycbcr444_y4m() {
+  { printf 'P6\n3 1\n255\n'; printf '\000\000\000'; printf "$W3"; printf '\377\000\000'; } >in.ppm
+  ok rgb2ycbcr in.ppm out.y4m
+  # black 16 128 128, white 235 128 128, red 82 90 240
+  { printf 'YUV4MPEG2 W3 H1 F25:1 Ip A1:1 C444 XCOLORRANGE=LIMITED\nFRAME\n'
+    printf '\020\353\122\200\200\132\200\200\360'; } >want.y4m
+  same out.y4m want.y4m
+  ok ycbcr2rgb out.y4m back.ppm
+  d=$(maxdiff in.ppm back.ppm)
+  [ "$d" -le 2 ] || die "YCbCr round trip differs by $d"
+  # Pixels too (PAM YCbCr), and an untagged C444 file as other tools write it.
+  ok rgb2ycbcr in.ppm out.pam
+  grep -q -a 'TUPLTYPE YCbCr' out.pam || die "PAM tuple type"
+  { printf 'YUV4MPEG2 W1 H1 C444\nFRAME\n'; printf '\020\200\200'; } >plain.y4m
+  ok ycbcr2rgb plain.y4m black.ppm
+  { printf 'P6\n1 1\n255\n'; printf '\000\000\000'; } >want.ppm
+  same black.ppm want.ppm
+}
+
+case_full_range_refused() {
+  { printf 'YUV4MPEG2 W1 H1 C444 XCOLORRANGE=FULL\nFRAME\n'; printf '\020\200\200'; } >full.y4m
+  fails 1 full.y4m ycbcr2rgb full.y4m out.ppm
+  says 'XCOLORRANGE=FULL'
+  says 'studio range'
+  fails 1 full.y4m yuv2rgb --model yuv full.y4m out.ppm
+  absent out.ppm
+}
+
+# YCbCr 4:2:x with RGB is not in the library yet: one line naming the YUV
+# family as the (different) alternative.
+case_ycbcr420_not_yet() {
+  { printf 'YUV4MPEG2 W2 H2 C420jpeg\nFRAME\n'; rep 6 '\200'; } >v.y4m
+  fails 1 v.y4m ycbcr2rgb v.y4m out.ppm
+  says 'YCbCr 4:2:0 to RGB is not in liblumcc yet'
+  says 'lumconv yuv4202rgb --model yuv'
+  says 'different colour model'
+  { printf 'P6\n2 2\n255\n'; rep 4 "$W3"; } >w.ppm
+  fails 1 w.ppm rgb2ycbcr w.ppm out.y4m --out-layout I420
+  says 'RGB to YCbCr 4:2:0 is not in liblumcc yet'
+  says 'rgb2yuv420'
+  fails 1 '' rgb2ycbcr420 w.ppm out.y4m
+  fails 1 '' ycbcr4222rgb v.y4m out.ppm
+  says 'YCbCr 4:2:2 to RGB'
+  absent out.ppm out.y4m
+}
+
+# Raw video layouts in and out: I420, YV12, NV12, YUY2, UYVY.
+case_raw_layouts() {
+  # I420 4x2: Y 1..8, Cb 9 10, Cr 11 12; as YV12 the chroma planes swap.
+  printf '\001\002\003\004\005\006\007\010\011\012\013\014' >in.yuv
+  ok copy --raw 4x2 --layout I420 in.yuv out.yuv --out-layout YV12
+  printf '\001\002\003\004\005\006\007\010\013\014\011\012' >want.yuv
+  same out.yuv want.yuv
+  ok copy --raw 4x2 --layout yv12 out.yuv back.y4m
+  tail -c 12 back.y4m >b.bin
+  same b.bin in.yuv
+  # NV12 and UYVY go through unchanged; sizes are checked per layout.
+  ok copy --raw 4x2 --layout NV12 in.yuv nv12.raw --out-layout NV12
+  same nv12.raw in.yuv
+  rep 16 '\200' >uyvy.raw
+  ok copy --raw 4x2 --layout UYVY uyvy.raw uyvy2.raw --out-layout UYVY
+  same uyvy2.raw uyvy.raw
+  fails 1 uyvy.raw --raw 4x2 --layout I420 copy uyvy.raw x.raw --out-layout I420
+  says 'P3_420'
+  # RGB -> YUY2 and back matches the planar 4:2:2 path (width 16: one block).
+  { printf 'P6\n16 1\n255\n'; rep 16 '\310\144\062'; } >in.ppm
+  ok rgb2yuv422 in.ppm yuy2.yuv --out-layout YUY2
+  [ "$(wc -c <yuy2.yuv)" -eq 32 ] || die "yuy2.yuv size"
+  ok yuv4222rgb --raw 16x1 --layout YUY2 yuy2.yuv a.ppm
+  ok rgb2yuv422 in.ppm p.y4m
+  ok yuv4222rgb p.y4m b.ppm
+  same a.ppm b.ppm
+  # Usage: --layout wants --raw, and a name it knows; a .y4m holds planes.
+  fails 2 '' --layout NV12 copy in.yuv x.yuv
+  fails 2 '' --raw 4x2 --layout NV21 copy in.yuv x.yuv
+  says 'not a layout'
+  fails 1 x.y4m --raw 4x2 --layout NV12 copy in.yuv x.y4m
+  says 'YUV4MPEG2 holds planes'
+  fails 2 '' --raw 4x2 --layout I420 repack in.yuv x.yuv
+  absent x.yuv x.y4m x.raw
+}
+
 case_demo() {
   rm -rf "$DEMO"
   ok demo "$DEMO"
@@ -120,8 +277,8 @@ case_demo() {
   printf 'P6\n321 241\n255\n' >want.txt
   same h.txt want.txt
   [ "$(wc -c <"$DEMO/chart.ppm")" -eq $((15 + 321 * 241 * 3)) ] || die "chart.ppm has the wrong size"
-  head -c 42 "$DEMO/chart.y4m" >h.txt
-  printf 'YUV4MPEG2 W321 H241 F25:1 Ip A1:1 C444\nFRA' >want.txt
+  head -c 59 "$DEMO/chart.y4m" >h.txt
+  printf 'YUV4MPEG2 W321 H241 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\nFRA' >want.txt
   same h.txt want.txt
   # Two paths, each with a difference per channel.  Saturated reds and
   # magentas leave V's 8 bits and come back up to 35 levels darker in R;
@@ -172,7 +329,7 @@ case_rgb2yuv_ppm_tail() {
 case_rgb2yuv_ppm_to_y4m() {
   { printf 'P6\n9 1\n255\n'; rep 9 "$W3"; } >in.ppm
   ok rgb2yuv in.ppm out.y4m
-  { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444\nFRAME\n'
+  { printf 'YUV4MPEG2 W9 H1 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\nFRAME\n'
     rep 8 '\376'; printf '\377'; rep 8 '\177'; printf '\200'; rep 8 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
   grep -q -F 'lumiRGBToYUV_8u_C3P3R' err.txt || die "summary: $(cat err.txt)"
@@ -182,7 +339,7 @@ case_rgb2yuv_ppm_to_y4m() {
 case_rgb2yuv_raw_to_y4m() {
   { rep 17 '\377'; rep 17 '\377'; rep 17 '\377'; } >in.rgbp
   ok --raw 17x1 rgb2yuv in.rgbp out.y4m
-  { printf 'YUV4MPEG2 W17 H1 F25:1 Ip A1:1 C444\nFRAME\n'
+  { printf 'YUV4MPEG2 W17 H1 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\nFRAME\n'
     rep 17 '\376'; rep 16 '\177'; printf '\200'; rep 16 '\177'; printf '\200'; } >want.y4m
   same out.y4m want.y4m
   grep -q -F 'lumiRGBToYUV_8u_P3R' err.txt || die "summary: $(cat err.txt)"
@@ -267,7 +424,7 @@ case_multiple_frames() {
   same out.ppm want.ppm
   grep -q -F '2 frames' err.txt || die "summary: $(cat err.txt)"
   ok rgb2yuv out.ppm back.y4m
-  n=$(printf 'YUV4MPEG2 W3 H2 F25:1 Ip A1:1 C444\n' | wc -c)
+  n=$(printf 'YUV4MPEG2 W3 H2 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\n' | wc -c)
   [ "$(wc -c <back.y4m)" -eq $((n + 2 * (6 + 18))) ] || die "back.y4m does not hold 2 frames"
   ok yuv2rgb in.y4m out.rgbp
   [ "$(wc -c <out.rgbp)" -eq 36 ] || die "out.rgbp holds $(wc -c <out.rgbp) bytes"
@@ -485,7 +642,7 @@ case_unsupported_16bit() {
 case_unsupported_y4m_chroma() {
   { printf 'YUV4MPEG2 W2 H2 F25:1 C420jpeg\nFRAME\n'; rep 6 '\200'; } >c.y4m
   fails 1 c.y4m yuv2rgb c.y4m out.ppm
-  says 'C420jpeg is not supported'
+  says 'C420jpeg is not supported by yuv2rgb'
   { printf 'YUV4MPEG2 W2 H2\nFRAME\n'; rep 6 '\200'; } >c2.y4m
   fails 1 c2.y4m yuv2rgb c2.y4m out.ppm
   says 'no C tag, so 4:2:0'
@@ -758,7 +915,7 @@ case_pipes() {
   # --to for a file too, and to planes: the output's format from --to.
   ok rgb2yuv in.ppm - --to=y4m
   head -n 1 out.txt >h.txt
-  printf 'YUV4MPEG2 W5 H1 F25:1 Ip A1:1 C444\n' >want.txt
+  printf 'YUV4MPEG2 W5 H1 F25:1 Ip A1:1 C444 XLUMCC_MODEL=YUV\n' >want.txt
   same h.txt want.txt
   # Headerless planes from a pipe.
   { rep 17 '\377'; rep 17 '\377'; rep 17 '\377'; } >in.rgbp
@@ -917,7 +1074,7 @@ case_y4m_rate_kept() {
   { printf 'P6\n1 1\n255\n'; printf "$W3"; } >w.ppm
   ok rgb2yuv w.ppm --rate=50:1 --aspect 16:15 out3.y4m
   head -n 1 out3.y4m >h.txt
-  printf 'YUV4MPEG2 W1 H1 F50:1 Ip A16:15 C444\n' >want.txt
+  printf 'YUV4MPEG2 W1 H1 F50:1 Ip A16:15 C444 XLUMCC_MODEL=YUV\n' >want.txt
   same h.txt want.txt
   fails 2 '' rgb2yuv --rate 25 w.ppm out4.y4m
   says "--rate '25' is not a ratio"

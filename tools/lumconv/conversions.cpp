@@ -1,15 +1,17 @@
 #include "conversions.h"
 
-#include <array>
+#include <cstring>
+
+#include "frame/lum_shapes.h"
+#include "lum_table.h"
 
 namespace lumconv {
 
 namespace {
 
-#define LUMCONV_FN(f) \
-#f, Function {      \
-    f                 \
-  }
+// A row names its function; LUMCONV_FN also makes a name that is not a
+// public function fail to compile.
+#define LUMCONV_FN(f) (static_cast<void>(&f), #f)
 
 constexpr Kind kRgbC3{Model::RGB, Layout::C3, Depth::U8};
 constexpr Kind kRgbAC4{Model::RGB, Layout::AC4, Depth::U8};
@@ -17,6 +19,13 @@ constexpr Kind kRgbP3{Model::RGB, Layout::P3, Depth::U8};
 constexpr Kind kYuvC3{Model::YUV, Layout::C3, Depth::U8};
 constexpr Kind kYuvAC4{Model::YUV, Layout::AC4, Depth::U8};
 constexpr Kind kYuvP3{Model::YUV, Layout::P3, Depth::U8};
+
+constexpr Kind kYcbC3{Model::YCbCr, Layout::C3, Depth::U8};
+constexpr Kind kYcbAC4{Model::YCbCr, Layout::AC4, Depth::U8};
+constexpr Kind kYcbP3{Model::YCbCr, Layout::P3, Depth::U8};
+constexpr Kind kYuvC2{Model::YUV, Layout::C2, Depth::U8};
+constexpr Kind kYuvP3_422{Model::YUV, Layout::P3_422, Depth::U8};
+constexpr Kind kYuvP3_420{Model::YUV, Layout::P3_420, Depth::U8};
 
 constexpr Kind kRgbC3_16{Model::RGB, Layout::C3, Depth::U16};
 constexpr Kind kRgbAC4_16{Model::RGB, Layout::AC4, Depth::U16};
@@ -32,6 +41,14 @@ constexpr Kind kHlsAC4_16{Model::HLS, Layout::AC4, Depth::U16};
 constexpr const char* kRgbToYuv =
     "RGB to YUV 4:4:4 (Y = 0.299 R + 0.587 G + 0.114 B, U and V about 128)";
 constexpr const char* kYuvToRgb = "YUV 4:4:4 to RGB";
+constexpr const char* kRgbToYcbcr =
+    "RGB to YCbCr 4:4:4, studio range (Y 16..235, Cb, Cr 16..240), as video files hold it";
+constexpr const char* kYcbcrToRgb = "YCbCr 4:4:4 (studio range) to RGB";
+constexpr const char* kRgbToYuv422 = "RGB to YUV 4:2:2 (this library's YUV, chroma of pixel pairs)";
+constexpr const char* kYuv422ToRgb = "YUV 4:2:2 to RGB";
+constexpr const char* kRgbToYuv420 = "RGB to YUV 4:2:0 (this library's YUV, chroma of 2x2 cells)";
+constexpr const char* kYuv420ToRgb = "YUV 4:2:0 to RGB";
+constexpr const char* kRepack = "Moves samples between 4:2:2 and 4:2:0 layouts (any model)";
 constexpr const char* kRgbToHsv = "RGB to HSV (H: 255 or 65535 steps a circle, S, V = max)";
 constexpr const char* kHsvToRgb = "HSV to RGB";
 constexpr const char* kRgbToHls = "RGB to HLS (H: 255 or 65535 steps a circle, L, S)";
@@ -49,6 +66,41 @@ constexpr const char* kYuvToRgbWords =
     "- 0.581 (V - 128), B = Y + 2.032 (U - 128).  It expects the YUV rgb2yuv makes;\n"
     "the YCbCr of a video file (a .y4m from a video tool) comes out with wrong\n"
     "colours.";
+constexpr const char* kRgbToYcbcrWords =
+    "The YCbCr of video files and of every video tool (BT.601 weights, studio\n"
+    "range): Y = 16 + (65.481 R + 128.553 G + 24.966 B) / 255, Cb and Cr about\n"
+    "128.  A .y4m written here is tagged XCOLORRANGE=LIMITED; one tagged FULL is\n"
+    "refused.  The pixel-order form rounds down in its 8-pixel blocks (white\n"
+    "gives Y 234 there, 235 in the rest of a row).  YCbCr 4:2:0 and 4:2:2 are\n"
+    "not in the library yet.";
+constexpr const char* kYcbcrToRgbWords =
+    "The inverse of rgb2ycbcr: R = 1.164 (Y - 16) + 1.596 (Cr - 128), ...\n"
+    "It reads a C444 .y4m as other tools write it (XCOLORRANGE=LIMITED or no\n"
+    "tag).  A 4:2:0 or 4:2:2 .y4m needs YCbCr 4:2:x to RGB, which the library\n"
+    "does not have yet: yuv4202rgb --model yuv reads its samples as this\n"
+    "library's YUV instead (a different colour model: the colours shift).";
+constexpr const char* kRgbToYuv422Words =
+    "This library's YUV (as rgb2yuv), one U, V for each pair of pixels: the\n"
+    "mean of the pair's chroma.  Written to a .y4m as C422 tagged\n"
+    "XLUMCC_MODEL=YUV (other tools would take it for YCbCr), or to raw YUY2\n"
+    "(--out-layout YUY2).";
+constexpr const char* kYuv422ToRgbWords =
+    "The inverse of rgb2yuv422: each pixel of a pair gets the pair's U, V.";
+constexpr const char* kRgbToYuv420Words =
+    "This library's YUV (as rgb2yuv), one U, V for each 2x2 cell: the mean of\n"
+    "the cell's four chroma values, so the chroma sits at the cell's centre\n"
+    "(C420jpeg siting).  Written to a .y4m as C420jpeg tagged XLUMCC_MODEL=YUV\n"
+    "(other tools would take it for YCbCr), or to raw I420, YV12.";
+constexpr const char* kYuv420ToRgbWords =
+    "The inverse of rgb2yuv420: the four pixels of a cell share its U, V (no\n"
+    "interpolation).  Other sitings (C420mpeg2, C420paldv, C420) are read as\n"
+    "if centred.  A .y4m from another tool holds YCbCr: give --model yuv to\n"
+    "read its samples as YUV anyway (the colours shift).";
+constexpr const char* kRepackWords =
+    "Moves samples between the layouts of --layout / the .y4m and --out-layout\n"
+    "(I420, YV12, NV12, YUY2, UYVY, 422, ...): luma is copied; chroma is\n"
+    "copied, interleaved, dropped (4:2:2 to 4:2:0 keeps the even rows' chroma)\n"
+    "or repeated (4:2:0 to 4:2:2), never averaged.";
 constexpr const char* kRgbToHsvWords =
     "Hue, saturation, value: H one full circle in 255 steps (8-bit) or 65535\n"
     "(16-bit), so 0 and 255 are both red; S = full scale (max - min) / max;\n"
@@ -74,10 +126,16 @@ constexpr Kind kAnyC1_16{Model::Unknown, Layout::C1, Depth::U16};
 constexpr Kind kAnyC3_16{Model::Unknown, Layout::C3, Depth::U16};
 constexpr Kind kAnyAC4_16{Model::Unknown, Layout::AC4, Depth::U16};
 constexpr Kind kAnyP3_16{Model::Unknown, Layout::P3, Depth::U16};
+constexpr Kind kAnyP3_422{Model::Unknown, Layout::P3_422, Depth::U8};
+constexpr Kind kAnyP3_420{Model::Unknown, Layout::P3_420, Depth::U8};
+constexpr Kind kAnyP2_420{Model::Unknown, Layout::P2_420, Depth::U8};
+constexpr Kind kAnyC2{Model::Unknown, Layout::C2, Depth::U8};
+constexpr Kind kAnyC2UYVY{Model::Unknown, Layout::C2UYVY, Depth::U8};
 
 constexpr Conversion kTable[] = {
     // RGB and YUV 4:4:4, 8u.  PPM/PAM pixels use the pixel-order functions,
     // .y4m and raw planes the planar ones; PAM RGB_ALPHA goes through AC4.
+    // RGB and YUV 4:4:4, 8u.  PPM/PAM pixels use the pixel-order functions,
     {"rgb2yuv", kRgbToYuv, kRgbToYuvWords, kRgbC3, kYuvC3, LUMCONV_FN(lumiRGBToYUV_8u_C3R)},
     {"rgb2yuv", kRgbToYuv, kRgbToYuvWords, kRgbAC4, kYuvAC4, LUMCONV_FN(lumiRGBToYUV_8u_AC4R)},
     {"rgb2yuv", kRgbToYuv, kRgbToYuvWords, kRgbC3, kYuvP3, LUMCONV_FN(lumiRGBToYUV_8u_C3P3R)},
@@ -86,6 +144,47 @@ constexpr Conversion kTable[] = {
     {"yuv2rgb", kYuvToRgb, kYuvToRgbWords, kYuvAC4, kRgbAC4, LUMCONV_FN(lumiYUVToRGB_8u_AC4R)},
     {"yuv2rgb", kYuvToRgb, kYuvToRgbWords, kYuvP3, kRgbC3, LUMCONV_FN(lumiYUVToRGB_8u_P3C3R)},
     {"yuv2rgb", kYuvToRgb, kYuvToRgbWords, kYuvP3, kRgbP3, LUMCONV_FN(lumiYUVToRGB_8u_P3R)},
+
+    // RGB and YCbCr 4:4:4.  The library converts pixels to planes only from
+    // planes: the tool splits PPM pixels first.
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbC3,
+     LUMCONV_FN(lumiRGBToYCbCr_8u_C3R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbAC4, kYcbAC4,
+     LUMCONV_FN(lumiRGBToYCbCr_8u_AC4R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbP3,
+     LUMCONV_FN(lumiRGBToYCbCr_8u_P3R), true},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbP3, kYcbP3,
+     LUMCONV_FN(lumiRGBToYCbCr_8u_P3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbC3, kRgbC3,
+     LUMCONV_FN(lumiYCbCrToRGB_8u_C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbAC4, kRgbAC4,
+     LUMCONV_FN(lumiYCbCrToRGB_8u_AC4R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3, kRgbC3,
+     LUMCONV_FN(lumiYCbCrToRGB_8u_P3C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3, kRgbP3,
+     LUMCONV_FN(lumiYCbCrToRGB_8u_P3R)},
+
+    // RGB and this library's YUV 4:2:2 and 4:2:0.
+    {"rgb2yuv422", kRgbToYuv422, kRgbToYuv422Words, kRgbC3, kYuvP3_422,
+     LUMCONV_FN(lumiRGBToYUV422_8u_C3P3R)},
+    {"rgb2yuv422", kRgbToYuv422, kRgbToYuv422Words, kRgbC3, kYuvC2,
+     LUMCONV_FN(lumiRGBToYUV422_8u_C3C2R)},
+    {"rgb2yuv422", kRgbToYuv422, kRgbToYuv422Words, kRgbP3, kYuvP3_422,
+     LUMCONV_FN(lumiRGBToYUV422_8u_P3R)},
+    {"yuv4222rgb", kYuv422ToRgb, kYuv422ToRgbWords, kYuvP3_422, kRgbC3,
+     LUMCONV_FN(lumiYUV422ToRGB_8u_P3C3R)},
+    {"yuv4222rgb", kYuv422ToRgb, kYuv422ToRgbWords, kYuvP3_422, kRgbP3,
+     LUMCONV_FN(lumiYUV422ToRGB_8u_P3R)},
+    {"yuv4222rgb", kYuv422ToRgb, kYuv422ToRgbWords, kYuvC2, kRgbC3,
+     LUMCONV_FN(lumiYUV422ToRGB_8u_C2C3R)},
+    {"rgb2yuv420", kRgbToYuv420, kRgbToYuv420Words, kRgbC3, kYuvP3_420,
+     LUMCONV_FN(lumiRGBToYUV420_8u_C3P3R)},
+    {"rgb2yuv420", kRgbToYuv420, kRgbToYuv420Words, kRgbP3, kYuvP3_420,
+     LUMCONV_FN(lumiRGBToYUV420_8u_P3R)},
+    {"yuv4202rgb", kYuv420ToRgb, kYuv420ToRgbWords, kYuvP3_420, kRgbC3,
+     LUMCONV_FN(lumiYUV420ToRGB_8u_P3C3R)},
+    {"yuv4202rgb", kYuv420ToRgb, kYuv420ToRgbWords, kYuvP3_420, kRgbP3,
+     LUMCONV_FN(lumiYUV420ToRGB_8u_P3R)},
 
     // RGB and HSV, RGB and HLS, 8u and 16u: C3 for PPM and PAM, AC4 for PAM
     // with alpha.
@@ -111,14 +210,19 @@ constexpr Conversion kTable[] = {
      LUMCONV_FN(lumiHLSToRGB_16u_AC4R)},
 
     // The service copy, row by row over the bytes of any layout and depth.
-    {"copy", kCopy, kCopyWords, kAnyC1, kAnyC1, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
-    {"copy", kCopy, kCopyWords, kAnyC3, kAnyC3, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
-    {"copy", kCopy, kCopyWords, kAnyAC4, kAnyAC4, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
-    {"copy", kCopy, kCopyWords, kAnyP3, kAnyP3, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
-    {"copy", kCopy, kCopyWords, kAnyC1_16, kAnyC1_16, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
-    {"copy", kCopy, kCopyWords, kAnyC3_16, kAnyC3_16, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
-    {"copy", kCopy, kCopyWords, kAnyAC4_16, kAnyAC4_16, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
-    {"copy", kCopy, kCopyWords, kAnyP3_16, kAnyP3_16, "lumiCopy_8u_C1R", Bytes{lumiCopy_8u_C1R}},
+    {"copy", kCopy, kCopyWords, kAnyC1, kAnyC1, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyC3, kAnyC3, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyAC4, kAnyAC4, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyP3, kAnyP3, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyC1_16, kAnyC1_16, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyC3_16, kAnyC3_16, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyAC4_16, kAnyAC4_16, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyP3_16, kAnyP3_16, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyP3_422, kAnyP3_422, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyP3_420, kAnyP3_420, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyP2_420, kAnyP2_420, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyC2, kAnyC2, LUMCONV_FN(lumiCopy_8u_C1R)},
+    {"copy", kCopy, kCopyWords, kAnyC2UYVY, kAnyC2UYVY, LUMCONV_FN(lumiCopy_8u_C1R)},
 
     // Further families add their rows here: the tool picks a row by the
     // input's layout and depth and the layout the output file stores.
@@ -136,17 +240,47 @@ constexpr bool sameText(const char* a, const char* b) {
   return *a == *b;
 }
 
+// The function table, as far as a row needs it: each public function's
+// name, layouts and sample size.
+struct TableLine {
+  const char* name;
+  lum::Layout src, dst;
+  int srcElem;
+};
+constexpr TableLine kLines[] = {
+#define LUM_FN(name, shape, S, D, sl, dl, pat, thr, fam, minW, minH) \
+  {#name, lum::Layout::sl, lum::Layout::dl, static_cast<int>(sizeof(S))},
+#include "frame/lum_functions.def"
+};
+
+constexpr lum::Layout tableLayout(Layout l) {
+  switch (l) {
+    case Layout::C3: return lum::Layout::C3;
+    case Layout::AC4: return lum::Layout::AC4;
+    case Layout::P3: return lum::Layout::P3;
+    case Layout::C1: return lum::Layout::C1;
+    case Layout::P3_422: return lum::Layout::P3_422;
+    case Layout::P3_420: return lum::Layout::P3_420;
+    case Layout::P2_420: return lum::Layout::P2_420;
+    case Layout::C2:
+    case Layout::C2UYVY: return lum::Layout::C2;
+  }
+  return lum::Layout::None;
+}
+
+// A row fits its function: the function is in the table and takes and makes
+// the row's layouts at the row's depth (a split row's function takes planes).
+// The copy runs one-channel rows over the bytes of every plane, so it takes
+// any layout of either depth.
 constexpr bool shapeFits(const Conversion& c) {
-  const Layout i = c.in.layout, o = c.out.layout;
   if (c.in.depth != c.out.depth) return false;
-  const bool pixels = (i == Layout::C3 || i == Layout::AC4) && i == o;
-  switch (c.function.index()) {
-    case 0: return c.in.depth == Depth::U8 && pixels;
-    case 1: return c.in.depth == Depth::U8 && i == Layout::C3 && o == Layout::P3;
-    case 2: return c.in.depth == Depth::U8 && i == Layout::P3 && o == Layout::C3;
-    case 3: return c.in.depth == Depth::U8 && i == Layout::P3 && o == Layout::P3;
-    case 4: return c.in.depth == Depth::U16 && pixels;
-    case 5: return i == o;
+  for (const TableLine& t : kLines) {
+    if (!sameText(t.name, c.functionName)) continue;
+    if (sameText(t.name, "lumiCopy_8u_C1R")) return c.in.layout == c.out.layout && !c.split;
+    const lum::Layout in = c.split ? lum::Layout::P3 : tableLayout(c.in.layout);
+    if (c.split && c.in.layout != Layout::C3) return false;
+    return t.src == in && t.dst == tableLayout(c.out.layout) &&
+           t.srcElem == (c.in.depth == Depth::U16 ? 2 : 1);
   }
   return false;
 }
@@ -170,13 +304,6 @@ constexpr bool tableIsSound() {
 }
 static_assert(tableIsSound(),
               "a conversion row's function does not fit its kinds, or repeats a form");
-
-template <class... F>
-struct Overload : F... {
-  using F::operator()...;
-};
-template <class... F>
-Overload(F...) -> Overload<F...>;
 
 }  // namespace
 
@@ -254,7 +381,11 @@ std::string listing() {
       "C3 is pixels of three samples (PPM, PAM), AC4 pixels with alpha (PAM\n"
       "RGB_ALPHA; the alpha is carried over), P3 three planes one after the other\n"
       "(YUV4MPEG2, raw planes, a PGM with --planes), C1 one grey sample a pixel\n"
-      "(PGM).  lumconv picks the form from the input and the output format.\n";
+      "(PGM).  P3_422 and P3_420 are planes Y, Cb, Cr with chroma at half width\n"
+      "(and half height): a C422 or C420 .y4m, raw I420 or YV12; P2_420 a luma\n"
+      "plane and one of Cb Cr pairs (raw NV12); C2 pixel pairs Y0 Cb Y1 Cr (raw\n"
+      "YUY2; UYVY is Cb Y0 Cr Y1).  lumconv picks the form from the input and the\n"
+      "output format.\n";
   for (size_t i = 0; i < kCount; ++i) {
     if (!firstOfName(i)) continue;
     text += std::string("\n") + kTable[i].name + ":\n";
@@ -290,51 +421,191 @@ std::string statusName(LumStatus status) {
   return name ? std::string(name) + " (" + code + ")" : "status " + code;
 }
 
-LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file) {
-  dst.width = src.width;
-  dst.height = src.height;
-  dst.layout = row.out.layout;
-  dst.depth = row.out.depth;
-  dst.model = outputModel(row, src.model);
-  dst.tags = src.tags;
-  if (row.out.layout == Layout::AC4) {
-    dst.data8 = src.data8;  // the alpha samples stay the source's
-    dst.data16 = src.data16;
-  } else {
-    dst.allocate(file);
+namespace {
+
+// Whether a row's layouts share chroma: such an image of odd width or
+// height is converted as the even-sized image that repeats its last column
+// and row, then cut back (the library's 4:2:x functions and repacks convert
+// whole pairs and cells only).
+bool needsEvenSize(const Conversion& row) {
+  if (std::strcmp(row.functionName, "lumiCopy_8u_C1R") == 0) return false;
+  return isSubsampled(row.in.layout) || isSubsampled(row.out.layout);
+}
+
+// img grown to width by height (at least its own), its last column and row
+// repeated.
+Image padded(const Image& img, int32_t width, int32_t height, const std::string& file) {
+  Image out = img;
+  out.width = width;
+  out.height = height;
+  out.allocate(file);
+  for (int p = 0; p < img.planes(); ++p) {
+    const size_t from = static_cast<size_t>(img.planeStep(p));
+    const size_t to = static_cast<size_t>(out.planeStep(p));
+    // The bytes a pixel has in this plane, to repeat the last one.
+    const size_t unit = img.layout == Layout::C3 ? 3 : img.layout == Layout::AC4 ? 4 : 1;
+    for (int r = 0; r < out.planeHeight(p); ++r) {
+      const int rs = r < img.planeHeight(p) ? r : img.planeHeight(p) - 1;
+      const Lum8u* s = img.plane8(p) + static_cast<size_t>(rs) * from;
+      Lum8u* d = out.plane8(p) + static_cast<size_t>(r) * to;
+      std::memcpy(d, s, from);
+      for (size_t x = from; x < to; ++x) d[x] = d[x - unit];
+      // A pair of pixel pairs whose second pixel lies beyond the width:
+      // that pixel's Y repeats the first's.
+      if (img.width % 2 == 1 && width > img.width) {
+        Lum8u* pair = d + from - 4;
+        if (img.layout == Layout::C2) pair[2] = pair[0];
+        if (img.layout == Layout::C2UYVY) pair[3] = pair[1];
+      }
+    }
   }
+  return out;
+}
 
-  const LumSize roi{src.width, src.height};
-  const int ss = src.step(), ds = dst.step();
-  const size_t n = src.planeSamples();
-  auto srcPlanes = [&]() -> std::array<const Lum8u*, 3> {
-    const Lum8u* p = src.data8.data();
-    return {p, p + n, p + 2 * n};
-  };
-  auto dstPlanes = [&]() -> std::array<Lum8u*, 3> {
-    Lum8u* p = dst.data8.data();
-    return {p, p + n, p + 2 * n};
-  };
+// The top left width by height of img.
+void crop(const Image& img, Image& out, const std::string& file) {
+  out.layout = img.layout;
+  out.depth = img.depth;
+  out.allocate(file);
+  for (int p = 0; p < out.planes(); ++p) {
+    const size_t bytes = static_cast<size_t>(out.planeStep(p));
+    for (int r = 0; r < out.planeHeight(p); ++r)
+      std::memcpy(out.plane8(p) + static_cast<size_t>(r) * bytes,
+                  img.plane8(p) + static_cast<size_t>(r) * static_cast<size_t>(img.planeStep(p)),
+                  bytes);
+  }
+}
 
-  const LumStatus status = std::visit(
-      Overload{
-          [&](Pixels8 f) { return f(src.data8.data(), ss, dst.data8.data(), ds, roi); },
-          [&](PixelsToPlanes8 f) { return f(src.data8.data(), ss, dstPlanes().data(), ds, roi); },
-          [&](PlanesToPixels8 f) { return f(srcPlanes().data(), ss, dst.data8.data(), ds, roi); },
-          [&](Planes8 f) { return f(srcPlanes().data(), ss, dstPlanes().data(), ds, roi); },
-          [&](Pixels16 f) { return f(src.data16.data(), ss, dst.data16.data(), ds, roi); },
-          [&](Bytes b) {
-            const bool wide = src.depth == Depth::U16;
-            const Lum8u* s8 = wide ? reinterpret_cast<const Lum8u*>(src.data16.data())
-                                   : src.data8.data();
-            Lum8u* d8 = wide ? reinterpret_cast<Lum8u*>(dst.data16.data()) : dst.data8.data();
-            const LumSize bytes{ss, static_cast<int32_t>(src.rowCount())};
-            return b.f(s8, ss, d8, ds, bytes);
-          },
-      },
-      row.function);
+// The three planes of a C3 image.
+Image splitPlanes(const Image& img, const std::string& file) {
+  Image out = img;
+  out.layout = Layout::P3;
+  out.allocate(file);
+  const size_t n = img.planeSamples();
+  for (size_t i = 0; i < n; ++i)
+    for (size_t c = 0; c < 3; ++c) out.data8[c * n + i] = img.data8[3 * i + c];
+  return out;
+}
+
+const lumtable::Entry& entryOf(const Conversion& row) {
+  const lumtable::Entry* e = lumtable::find(row.functionName);
+  if (!e || !e->isImage()) fail("", std::string("no function ") + row.functionName);
+  return *e;
+}
+
+void* bytesOf(Image& img) {
+  return img.depth == Depth::U16 ? static_cast<void*>(img.data16.data())
+                                 : static_cast<void*>(img.data8.data());
+}
+const void* bytesOf(const Image& img) {
+  return img.depth == Depth::U16 ? static_cast<const void*>(img.data16.data())
+                                 : static_cast<const void*>(img.data8.data());
+}
+
+// Runs the row's function on src (sized for it) into dst (allocated).
+LumStatus run(const Conversion& row, const Image& src, Image& dst) {
+  const lumtable::Entry& fn = entryOf(row);
+  if (std::strcmp(row.functionName, "lumiCopy_8u_C1R") == 0) {
+    // One-channel rows over the bytes of each plane.
+    const Lum8u* s = static_cast<const Lum8u*>(bytesOf(src));
+    Lum8u* d = static_cast<Lum8u*>(bytesOf(dst));
+    for (int p = 0; p < src.planes(); ++p) {
+      lumtable::Args a;
+      const size_t offset = src.planeOffset(p) * static_cast<size_t>(src.bytesPerSample());
+      a.src[0] = s + offset;
+      a.dst[0] = d + offset;
+      a.srcSteps[0] = a.dstSteps[0] = src.planeStep(p);
+      a.roi = LumSize{src.planeStep(p), src.planeHeight(p)};
+      const LumStatus status = fn.call(a);
+      if (status != LumOk) return status;
+    }
+    return LumOk;
+  }
+  lumtable::Args a;
+  for (int p = 0; p < src.planes(); ++p) {
+    a.src[p] = static_cast<const Lum8u*>(bytesOf(src)) +
+               src.planeOffset(p) * static_cast<size_t>(src.bytesPerSample());
+    a.srcSteps[p] = src.planeStep(p);
+  }
+  for (int p = 0; p < dst.planes(); ++p) {
+    a.dst[p] = static_cast<Lum8u*>(bytesOf(dst)) +
+               dst.planeOffset(p) * static_cast<size_t>(dst.bytesPerSample());
+    a.dstSteps[p] = dst.planeStep(p);
+  }
+  a.roi = LumSize{src.width, src.height};
+  return fn.call(a);
+}
+
+}  // namespace
+
+LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file) {
+  if (row.split) {
+    const Image planes = splitPlanes(src, file);
+    Conversion planar = row;
+    planar.in.layout = Layout::P3;
+    planar.split = false;
+    return convert(planar, planes, dst, file);
+  }
+  const bool pad = needsEvenSize(row) && (src.width % 2 == 1 || src.height % 2 == 1);
+  Image even;
+  if (pad) even = padded(src, src.width + src.width % 2, src.height + src.height % 2, file);
+  const Image& in = pad ? even : src;
+
+  Image out;
+  out.width = in.width;
+  out.height = in.height;
+  out.layout = row.out.layout;
+  out.depth = row.out.depth;
+  out.model = outputModel(row, src.model);
+  out.modelAssumed = row.out.model == Model::Unknown && src.modelAssumed;
+  out.tags = src.tags;
+  if (row.in.model == Model::RGB && row.out.layout == Layout::P3_420) out.tags.siting = "jpeg";
+  if (row.out.layout == Layout::AC4) {
+    out.data8 = in.data8;  // the alpha samples stay the source's
+    out.data16 = in.data16;
+  } else {
+    out.allocate(file);
+  }
+  const LumStatus status = run(row, in, out);
   if (status < 0) fail(file, std::string(row.functionName) + " returned " + statusName(status));
+  if (pad) {
+    dst.width = src.width;
+    dst.height = src.height;
+    dst.model = out.model;
+    dst.modelAssumed = out.modelAssumed;
+    dst.tags = out.tags;
+    crop(out, dst, file);
+  } else {
+    dst = std::move(out);
+  }
   return status;
+}
+
+std::string notYet(const std::string& name, Layout in, Layout out) {
+  const std::string yuvWords =
+      "this library's YUV 4:2:x is there, a different colour model (U = 0.492 (B - Y) + 128, "
+      "V = 0.877 (R - Y) + 128): ";
+  const bool sub = isSubsampled(in) || isSubsampled(out);
+  if (name == "rgb2ycbcr420" || name == "rgb2ycbcr422" || (name == "rgb2ycbcr" && sub)) {
+    const std::string ratio = name == "rgb2ycbcr422" || out == Layout::P3_422 ||
+                                      out == Layout::C2 || out == Layout::C2UYVY
+                                  ? "422"
+                                  : "420";
+    return "RGB to YCbCr 4:" + std::string(ratio == "422" ? "2:2" : "2:0") +
+           " is not in liblumcc yet; " + yuvWords + "lumconv rgb2yuv" + ratio +
+           " writes it (a .y4m tagged XLUMCC_MODEL=YUV, which other tools take for YCbCr)";
+  }
+  if (name == "ycbcr4202rgb" || name == "ycbcr4222rgb" || (name == "ycbcr2rgb" && sub)) {
+    const std::string ratio =
+        name == "ycbcr4222rgb" || in == Layout::P3_422 || in == Layout::C2 ||
+                in == Layout::C2UYVY
+            ? "422"
+            : "420";
+    return "YCbCr 4:" + std::string(ratio == "422" ? "2:2" : "2:0") +
+           " to RGB is not in liblumcc yet; " + yuvWords + "lumconv yuv" + ratio +
+           "2rgb --model yuv reads the samples as that YUV (the colours come out shifted)";
+  }
+  return "";
 }
 
 }  // namespace lumconv

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <string>
-#include <variant>
 
 #include "image.h"
 #include "lumcc.h"
@@ -20,20 +19,12 @@ struct Kind {
   Depth depth;
 };
 
-// The library's signature shapes that the tool can call.
-using Pixels8 = LumStatus (*)(const Lum8u*, int, Lum8u*, int, LumSize);                 // C3, AC4
-using PixelsToPlanes8 = LumStatus (*)(const Lum8u*, int, Lum8u* const*, int, LumSize);  // C3P3
-using PlanesToPixels8 = LumStatus (*)(const Lum8u* const*, int, Lum8u*, int, LumSize);  // P3C3
-using Planes8 = LumStatus (*)(const Lum8u* const*, int, Lum8u* const*, int, LumSize);   // P3
-using Pixels16 = LumStatus (*)(const Lum16u*, int, Lum16u*, int, LumSize);              // C3, AC4
-// A function on one-channel 8-bit rows run over an image's rows of bytes,
-// whatever its layout and depth (the copy).
-struct Bytes {
-  LumStatus (*f)(const Lum8u*, int, Lum8u*, int, LumSize);
-};
-using Function = std::variant<Pixels8, PixelsToPlanes8, PlanesToPixels8, Planes8, Pixels16, Bytes>;
-
-// A row's model Unknown means any model, kept as it comes (the copy).
+// A row's model Unknown means any model, kept as it comes (the copy and the
+// repacks).  The row names its library function; the tool calls it through
+// the function table's uniform invoker (tests/support/lum_table.h), which
+// passes each plane's pointer and step.  A compile-time check holds every row
+// to the function table: the function exists and takes and makes the row's
+// layouts.
 struct Conversion {
   const char* name;         // as typed on the command line
   const char* description;  // one line for --list
@@ -41,7 +32,9 @@ struct Conversion {
   Kind in;
   Kind out;
   const char* functionName;
-  Function function;
+  // The library has this conversion only from planes: the tool splits the
+  // input's pixels (C3) into planes first (a plain copy), then calls it.
+  bool split = false;
 };
 
 // All rows, in --list order.
@@ -70,6 +63,12 @@ Model outputModel(const Conversion& row, Model src);
 // status fails with file's name and the status by name; a warning status is
 // returned (LumOk otherwise).
 LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file);
+
+// A conversion that video files call for but the library does not have yet
+// (YCbCr 4:2:0 and 4:2:2 with RGB): the one-line reason, naming what to use
+// instead, for `name` or for `name` with a subsampled input or output; empty
+// when there is nothing to say.
+std::string notYet(const std::string& name, Layout in, Layout out);
 
 // "LumErrSize (-6)".
 std::string statusName(LumStatus status);

@@ -23,18 +23,36 @@ struct Error {
 
 // Sample arrangement of an image in memory, named as the library names it.
 enum class Layout {
-  C3,   // three samples a pixel, interleaved
-  AC4,  // four samples a pixel, the fourth is alpha
-  P3,   // three planes, one after the other, each width * height samples
-  C1    // one sample a pixel: a grey image
+  C3,      // three samples a pixel, interleaved
+  AC4,     // four samples a pixel, the fourth is alpha
+  P3,      // three planes, one after the other, each width * height samples
+  C1,      // one sample a pixel: a grey image
+  // The subsampled layouts (8-bit only).  Chroma planes hold every partial
+  // pair or cell: (width + 1) / 2 samples a row, for 4:2:0 (height + 1) / 2
+  // rows.
+  P3_422,  // planes Y, Cb (U), Cr (V); chroma at half width
+  P3_420,  // planes Y, Cb (U), Cr (V); chroma at half width and height (I420)
+  P2_420,  // a Y plane, then one plane of pairs Cb Cr at half width and height (NV12)
+  C2,      // 4:2:2 pixel pairs Y0 Cb Y1 Cr (YUY2)
+  C2UYVY   // 4:2:2 pixel pairs Cb Y0 Cr Y1 (UYVY)
 };
+
+// Whether a layout shares chroma among pixels.
+bool isSubsampled(Layout layout);
+// Planes of a layout (C3, AC4, C1, C2: one) and the bytes of one row and the
+// rows of plane p, for an image of width by height at `bytes` a sample.
+int planeCount(Layout layout);
+int64_t planeRowBytes(Layout layout, int p, int64_t width, int bytes = 1);
+int64_t planeRows(Layout layout, int p, int64_t height);
 
 enum class Depth { U8, U16 };
 
 // The colour model the samples stand for, where a file says so.
-enum class Model { Unknown, RGB, YUV, HSV, HLS };
+// YUV is this library's analogue YUV (U = 0.492 (B - Y) + 128, ...); YCbCr
+// the studio-range video YCbCr that other tools write.
+enum class Model { Unknown, RGB, YUV, HSV, HLS, YCbCr };
 
-const char* layoutName(Layout layout);         // "C3", "AC4", "P3", "C1"
+const char* layoutName(Layout layout);         // "C3", "AC4", "P3", "C1", "P3_420", ...
 const char* depthName(Depth depth);            // "8u", "16u"
 const char* modelName(Model model);            // "RGB", "YUV", ... ("" for Unknown)
 Model modelFromName(const std::string& name);  // the prefix of a PAM tuple type
@@ -45,6 +63,13 @@ struct VideoTags {
   std::string frameRate = "25:1";
   std::string interlace = "p";
   std::string aspect = "1:1";
+  // Chroma siting of a 4:2:0 .y4m ("jpeg", "mpeg2", "paldv" or "" for a
+  // plain C420): kept by the copy and the repacks; what a conversion from
+  // RGB writes is centred ("jpeg").
+  std::string siting = "jpeg";
+  // The C tag of a 4:2:0 .y4m input as it stood ("C420jpeg"; "" when the
+  // file had none), for messages.
+  std::string chromaTag;
 };
 
 // One image (one frame of a sequence).  8-bit samples live in data8, 16-bit
@@ -55,6 +80,11 @@ struct Image {
   Layout layout = Layout::C3;
   Depth depth = Depth::U8;
   Model model = Model::Unknown;
+  // The file does not say its model, which was taken from its kind (an
+  // untagged C444 .y4m: YUV, as lumconv wrote it before; another untagged
+  // .y4m: YCbCr, as other tools write it): YUV and YCbCr conversions both
+  // take it.
+  bool modelAssumed = false;
   VideoTags tags;
   std::vector<Lum8u> data8;
   std::vector<Lum16u> data16;
@@ -71,6 +101,17 @@ struct Image {
   // Rows of samples: height, or 3 * height for P3 (the planes one after
   // the other); row8/row16 give row r of data8/data16.
   size_t rowCount() const;
+  // Plane p of any layout: its first byte, its row length in bytes (the
+  // step) and its rows.  The planes lie one after the other.
+  int planes() const { return planeCount(layout); }
+  size_t planeBytes(int p) const;
+  size_t planeOffset(int p) const;
+  int planeStep(int p) const {
+    return static_cast<int>(planeRowBytes(layout, p, width, bytesPerSample()));
+  }
+  int planeHeight(int p) const { return static_cast<int>(planeRows(layout, p, height)); }
+  Lum8u* plane8(int p) { return data8.data() + planeOffset(p); }
+  const Lum8u* plane8(int p) const { return data8.data() + planeOffset(p); }
   Lum8u* row8(size_t r) { return data8.data() + r * rowSamples(); }
   const Lum8u* row8(size_t r) const { return data8.data() + r * rowSamples(); }
   Lum16u* row16(size_t r) { return data16.data() + r * rowSamples(); }

@@ -52,6 +52,24 @@ const char* formatName(FileFormat format) {
   return "?";
 }
 
+bool layoutFromName(const std::string& text, Layout& layout, bool& swapChroma) {
+  std::string name = text;
+  for (char& c : name)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  swapChroma = false;
+  if (name == "I420" || name == "420" || name == "IYUV") layout = Layout::P3_420;
+  else if (name == "YV12") layout = Layout::P3_420, swapChroma = true;
+  else if (name == "NV12") layout = Layout::P2_420;
+  else if (name == "YUY2" || name == "YUYV") layout = Layout::C2;
+  else if (name == "UYVY") layout = Layout::C2UYVY;
+  else if (name == "I422" || name == "422") layout = Layout::P3_422;
+  else if (name == "I444" || name == "444" || name == "PLANES") layout = Layout::P3;
+  else return false;
+  return true;
+}
+
+const char* layoutNames() { return "I420, YV12, NV12, YUY2, UYVY, I422 or I444"; }
+
 bool parseRawSize(const std::string& text, RawSize& size) {
   const size_t x = text.find('x');
   if (x == std::string::npos) return false;
@@ -77,7 +95,10 @@ std::unique_ptr<FrameReader> openReader(const std::string& path, const ReadOptio
   const std::string& name = in->path();
   if (options.raw.given)
     return makeRawReader(std::move(in), options.raw,
-                         formatModel(FileFormat::Raw, extensionOf(path)));
+                         options.model != Model::Unknown
+                             ? options.model
+                             : formatModel(FileFormat::Raw, extensionOf(path)),
+                         options.layout, options.swapChroma, options.model != Model::Unknown);
 
   const int first = in->get();
   if (first == EOF) fail(name, path == "-" ? "empty input" : "empty file");
@@ -91,7 +112,7 @@ std::unique_ptr<FrameReader> openReader(const std::string& path, const ReadOptio
     size_t i = 0;
     int c = 0;
     while (rest[i] && (c = in->get()) == rest[i]) ++i;
-    if (!rest[i]) return makeY4mReader(std::move(in));
+    if (!rest[i]) return makeY4mReader(std::move(in), options.model);
     if (c == EOF) fail(name, "truncated header");
   }
   if (isRawExtension(extensionOf(path)))
@@ -112,9 +133,10 @@ FileFormat outputFormat(const std::string& path, const std::string& ext) {
 Layout outputLayout(FileFormat format, Layout in) {
   switch (format) {
     case FileFormat::PGM: return in == Layout::C1 ? Layout::C1 : Layout::P3;
+    case FileFormat::PNM:
+      return isSubsampled(in) ? Layout::P3 : in;
     case FileFormat::Y4M:
     case FileFormat::Raw: return Layout::P3;
-    case FileFormat::PNM: return in;
     case FileFormat::PPM:
     case FileFormat::PAM: break;
   }
@@ -134,6 +156,14 @@ void checkWritable(const std::string& path, FileFormat format, const std::string
                    const Image& frame, const std::string& instead) {
   const bool planes = frame.layout == Layout::P3;
   const bool grey = frame.layout == Layout::C1;
+  const bool sub = isSubsampled(frame.layout);
+  if (sub && format != FileFormat::Y4M && format != FileFormat::Raw)
+    fail(path, std::string(formatName(format)) +
+                   " holds no 4:2:2 or 4:2:0 chroma: write a .y4m or raw frames (.yuv)");
+  if (format == FileFormat::Y4M && (frame.layout == Layout::P2_420 || frame.layout == Layout::C2 ||
+                                    frame.layout == Layout::C2UYVY))
+    fail(path, std::string("YUV4MPEG2 holds planes; ") + layoutName(frame.layout) +
+                   " goes to raw frames (.yuv)");
   switch (format) {
     case FileFormat::PPM:
       if (frame.layout == Layout::AC4)
@@ -157,7 +187,7 @@ void checkWritable(const std::string& path, FileFormat format, const std::string
       break;
     case FileFormat::Y4M:
     case FileFormat::Raw:
-      if (!planes)
+      if (!planes && !sub)
         fail(path, std::string(formatName(format)) +
                        " holds three planes, not pixels: write a .ppm, .pam or .pgm");
       if (frame.depth != Depth::U8)
@@ -171,16 +201,25 @@ void checkWritable(const std::string& path, FileFormat format, const std::string
 
 void checkModel(const std::string& path, FileFormat format, const std::string& ext, Model model,
                 const std::string& instead) {
+  if (format == FileFormat::Y4M) {
+    if (model != Model::Unknown && model != Model::YUV && model != Model::YCbCr)
+      fail(path, std::string("this file holds YUV, the conversion makes ") + modelName(model) +
+                     " (a .y4m holds YUV or YCbCr" +
+                     (instead.empty() ? ")" : "; write " + instead + ")"));
+    return;
+  }
   const Model holds = formatModel(format, ext);
+  if (holds == Model::YUV && model == Model::YCbCr) return;  // a .yuv holds either
   if (holds != Model::Unknown && model != Model::Unknown && holds != model)
     fail(path, std::string("this file holds ") + modelName(holds) + ", the conversion makes " +
                    modelName(model) + (instead.empty() ? "" : " (write " + instead + ")"));
 }
 
-std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format) {
+std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format,
+                                        bool swapChroma) {
   switch (format) {
     case FileFormat::Y4M: return makeY4mWriter(path);
-    case FileFormat::Raw: return makeRawWriter(path);
+    case FileFormat::Raw: return makeRawWriter(path, swapChroma);
     default: return makePnmWriter(path, format);
   }
 }

@@ -60,10 +60,23 @@ bool parseRawSize(const std::string& text, RawSize& size);
 // How an input is read: raw.given for headerless planes of that size;
 // pgmPlanes to read a PGM as the three planes of a P3 image one above the
 // other (without it a PGM is one grey image).
+// layout: the layout of headerless frames (--layout; planes P3 when not
+// given); swapChroma: their chroma planes come Cr first (YV12).  model: the
+// colour model to read a .y4m or raw file's samples as (--model), Unknown
+// for the file's own.
 struct ReadOptions {
   RawSize raw;
   bool pgmPlanes = false;
+  Layout layout = Layout::P3;
+  bool swapChroma = false;
+  Model model = Model::Unknown;
 };
+
+// A layout name of --layout / --out-layout: I420, YV12, NV12, YUY2, UYVY,
+// I422 (or 422), I444 (or 444, planes); false for none.
+bool layoutFromName(const std::string& name, Layout& layout, bool& swapChroma);
+// The names, for messages.
+const char* layoutNames();
 
 // Opens path ("-": standard input) and reads its signature: PNM (P5, P6, P7)
 // or YUV4MPEG2; with raw.given, headerless planes of that size.
@@ -93,8 +106,10 @@ void checkWritable(const std::string& path, FileFormat format, const std::string
 // model than `model` (Unknown: any model).
 void checkModel(const std::string& path, FileFormat format, const std::string& ext, Model model,
                 const std::string& instead = "");
-// Opens path ("-": standard output) for frames in format.
-std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format);
+// Opens path ("-": standard output) for frames in format; swapChroma
+// writes the chroma planes of raw 4:2:0 Cr first (YV12).
+std::unique_ptr<FrameWriter> openWriter(const std::string& path, FileFormat format,
+                                        bool swapChroma = false);
 
 }  // namespace lumconv
 

@@ -51,11 +51,25 @@ const char kHelp[] =
     "  .pgm   PGM (P5): read, one grey image, or with --planes three planes one\n"
     "         above the other (height 3 H); planes are written that way\n"
     "  .pnm   PPM, PAM or PGM, as the image comes\n"
-    "  .y4m   YUV4MPEG2 with C444: 8-bit planes Y, U, V; the frame rate and\n"
-    "         aspect of a .y4m input are kept (else 25:1 and 1:1, or --rate, --aspect)\n"
+    "  .y4m   YUV4MPEG2, 8-bit planes Y, Cb, Cr: C444, C422, C420jpeg, C420mpeg2,\n"
+    "         C420paldv, C420; the frame rate and aspect of a .y4m input are kept\n"
+    "         (else 25:1 and 1:1, or --rate, --aspect)\n"
     "  .yuv .rgbp .raw\n"
-    "         headerless 8-bit planes (Y, U, V or R, G, B); as input they need\n"
-    "         --raw WxH, and the file must hold whole frames\n"
+    "         headerless 8-bit frames: three planes (Y, U, V or R, G, B), or with\n"
+    "         --layout / --out-layout I420, YV12, NV12, YUY2, UYVY, I422; as input\n"
+    "         they need --raw WxH, and the file must hold whole frames\n"
+    "\n"
+    "Colour models: a .y4m holds YCbCr, studio range (Y 16..235), as every other\n"
+    "tool reads it: rgb2ycbcr and ycbcr2rgb convert RGB to and from it, and write\n"
+    "it tagged XCOLORRANGE=LIMITED; a file tagged XCOLORRANGE=FULL is refused.\n"
+    "This library's own YUV (U = 0.492 (B - Y) + 128, V = 0.877 (R - Y) + 128) is a\n"
+    "different model: rgb2yuv, rgb2yuv422, rgb2yuv420 and their inverses write it\n"
+    "tagged XLUMCC_MODEL=YUV and read only it (or, with --model yuv, another\n"
+    "tool's YCbCr samples as if they were YUV: the colours shift).  YCbCr 4:2:2\n"
+    "and 4:2:0 with RGB are not in the library yet.\n"
+    "Chroma siting: the library's 4:2:0 takes the mean of each 2x2 cell, so its\n"
+    "chroma sits at the cell's centre (C420jpeg, which lumconv writes); a\n"
+    "C420mpeg2, C420paldv or plain C420 input is read as if centred.\n"
     "16-bit samples (maxval 65535, big-endian) go to the conversions that have a\n"
     "16u form.  Pixels (PPM, PAM) use the library's pixel-order functions\n"
     "(C3, AC4), planes (.y4m, PGM with --planes, raw) its planar ones (P3, C3P3,\n"
@@ -68,7 +82,15 @@ const char kHelp[] =
     "  -              as <input>: standard input; as <output>: standard output\n"
     "  --to FORMAT    the output's format (ppm, pam, pgm, pnm, y4m, yuv, rgbp, raw);\n"
     "                 needed when the output is -\n"
-    "  --raw WxH      the input is headerless planes of this size\n"
+    "  --raw WxH      the input is headerless frames of this size\n"
+    "  --layout NAME  their layout: I420, YV12, NV12, YUY2, UYVY, I422 or I444\n"
+    "                 (the default: three full planes)\n"
+    "  --out-layout NAME\n"
+    "                 the layout of a raw or .y4m output (a .y4m: I420, I422 or\n"
+    "                 I444); repack needs it\n"
+    "  --model yuv|ycbcr\n"
+    "                 read a .y4m or raw input as this model: yuv reads another\n"
+    "                 tool's YCbCr samples as this library's YUV\n"
     "  --planes       read a PGM as three planes one above the other\n"
     "  --rate A:B     frame rate of a .y4m output (e.g. 30000:1001)\n"
     "  --aspect A:B   pixel aspect of a .y4m output (e.g. 1:1)\n"
@@ -79,6 +101,10 @@ const char kHelp[] =
     "Examples:\n"
     "  lumconv rgb2yuv photo.ppm photo.y4m\n"
     "  lumconv yuv2rgb photo.y4m back.ppm\n"
+    "  lumconv rgb2ycbcr photo.ppm video.y4m        (YCbCr 4:4:4, as other tools read it)\n"
+    "  lumconv rgb2yuv420 photo.ppm photo420.y4m\n"
+    "  lumconv yuv4202rgb --model yuv other.y4m out.ppm\n"
+    "  lumconv repack --raw 640x360 --layout NV12 in.yuv out.yuv --out-layout I420\n"
     "  cat photo.ppm | lumconv rgb2hsv - - --to ppm > photo-hsv.ppm\n"
     "\n"
     "lumconv demo [folder] converts a built-in colour chart RGB -> YUV -> RGB,\n"
@@ -91,6 +117,10 @@ const char kHelp[] =
 
 struct Options {
   ReadOptions read;
+  bool layoutGiven = false;
+  bool outLayoutGiven = false;  // --out-layout
+  Layout outLayout = Layout::P3;
+  bool outSwap = false;
   std::string to;  // the output's extension from --to, lower case
   std::string rate, aspect;
   bool quiet = false;
@@ -167,6 +197,11 @@ std::string kindWords(Layout layout, Model model) {
     case Layout::AC4: return m + "pixels with alpha";
     case Layout::P3: return m + "planes";
     case Layout::C1: return "grey images";
+    case Layout::P3_422: return m + "4:2:2 planes";
+    case Layout::P3_420: return m + "4:2:0 planes";
+    case Layout::P2_420: return m + "NV12 frames";
+    case Layout::C2: return m + "YUY2 frames";
+    case Layout::C2UYVY: return m + "UYVY frames";
   }
   return "?";
 }
@@ -178,6 +213,11 @@ std::string inputFormats(Layout layout) {
     case Layout::AC4: return "a PAM with alpha";
     case Layout::P3: return "a .y4m, raw planes (--raw WxH) or a PGM with --planes";
     case Layout::C1: return "a grey PGM";
+    case Layout::P3_422: return "a C422 .y4m or raw I422 (--layout I422)";
+    case Layout::P3_420: return "a C420 .y4m or raw I420, YV12 (--layout I420)";
+    case Layout::P2_420: return "raw NV12 (--layout NV12)";
+    case Layout::C2: return "raw YUY2 (--layout YUY2)";
+    case Layout::C2UYVY: return "raw UYVY (--layout UYVY)";
   }
   return "?";
 }
@@ -192,6 +232,11 @@ std::string outputFormats(Layout layout, Model model) {
       if (model == Model::YUV) return "a .y4m, .yuv or .pgm";
       if (model == Model::RGB) return "a .rgbp or .pgm";
       return "a .pgm or .raw";
+    case Layout::P3_422: return "a .y4m or raw frames with --out-layout I422";
+    case Layout::P3_420: return "a .y4m or raw frames with --out-layout I420";
+    case Layout::P2_420: return "raw frames with --out-layout NV12";
+    case Layout::C2: return "raw frames with --out-layout YUY2";
+    case Layout::C2UYVY: return "raw frames with --out-layout UYVY";
   }
   return "?";
 }
@@ -307,10 +352,33 @@ std::string explainNoForm(const Conversion& any, const Image& src, const std::st
   return text + technical;
 }
 
+// The layout the output stores: --out-layout; for a .y4m or raw output the
+// first of the conversion's forms from the input's layout that the format
+// holds; else what the format stores for the input.
+Layout chooseOutLayout(const std::string& name, const Image& src, FileFormat format,
+                       const Options& opts) {
+  if (opts.outLayoutGiven) return opts.outLayout;
+  const bool video = format == FileFormat::Y4M || format == FileFormat::Raw;
+  if (!video) return outputLayout(format, src.layout);
+  size_t count = 0;
+  const Conversion* table = conversionTable(&count);
+  for (size_t i = 0; i < count; ++i) {
+    const Conversion& c = table[i];
+    if (name != c.name || c.in.layout != src.layout || c.in.depth != src.depth) continue;
+    const Layout l = c.out.layout;
+    if (l == Layout::P3 || l == Layout::P3_422 || l == Layout::P3_420) return l;
+  }
+  return isSubsampled(src.layout) ? src.layout : Layout::P3;
+}
+
 int convertFile(const std::string& name, const std::string& input, const std::string& output,
                 const Options& opts) {
   const Conversion* any = findName(name);
-  if (!any) throw UsageError{"unknown conversion '" + name + "' (lumconv --list shows them)"};
+  if (!any) {
+    const std::string pending = notYet(name, Layout::P3, Layout::P3);
+    if (!pending.empty()) fail("", pending);
+    throw UsageError{"unknown conversion '" + name + "' (lumconv --list shows them)"};
+  }
   if (output == "-" && opts.to.empty())
     throw UsageError{"writing to standard output (-) needs --to FORMAT (ppm, pam, pgm, pnm, y4m, "
                      "yuv, rgbp or raw)"};
@@ -334,6 +402,17 @@ int convertFile(const std::string& name, const std::string& input, const std::st
     if (frame.model == Model::Unknown || any->in.model == Model::Unknown ||
         frame.model == any->in.model)
       return;
+    const bool video = any->in.model == Model::YUV || any->in.model == Model::YCbCr;
+    if (frame.modelAssumed && video) return;
+    if (frame.model == Model::YCbCr && any->in.model == Model::YUV) {
+      const std::string pending = notYet("ycbcr2rgb", frame.layout, Layout::C3);
+      fail(inName, "holds YCbCr, as video files do; " + name +
+                       " takes this library's YUV, a different colour model: give --model yuv "
+                       "to read the samples as YUV anyway" +
+                       (pending.empty() ? std::string(" (or use ycbcr2rgb)")
+                                        : std::string(" (YCbCr with RGB at 4:2:x is not in "
+                                                      "liblumcc yet)")));
+    }
     const std::string others = conversionsTaking(frame.model);
     fail(inName, std::string("holds ") + modelName(frame.model) + "; " + name + " takes " +
                      modelName(any->in.model) +
@@ -341,11 +420,32 @@ int convertFile(const std::string& name, const std::string& input, const std::st
                                      : std::string(" (") + modelName(frame.model) + " goes to " +
                                            others + ")"));
   };
+  if (notYet(name, src.layout, Layout::C3).empty()) {
+    if (reader->format() == FileFormat::Y4M && src.layout == Layout::P3_420 &&
+        !hasForm(name, Layout::P3_420, src.depth)) {
+      // (YCbCr 4:2:0 to RGB says so itself.)
+      const std::string other =
+          any->in.model == Model::RGB ? "" : "; yuv4202rgb converts 4:2:0";
+      fail(inName, (src.tags.chromaTag.empty() ? "no C tag, so 4:2:0 (C420jpeg), which"
+                                               : src.tags.chromaTag) +
+                       std::string(" is not supported by ") + name + " (4:2:0; its forms: " +
+                       formsOf(name) + ")" + other);
+    }
+  }
   checkInputModel(src);
 
-  const Layout outLayout = outputLayout(format, src.layout);
+  const Layout outLayout = chooseOutLayout(name, src, format, opts);
   const Conversion* row = findConversion(name, src.layout, outLayout, src.depth);
-  if (!row) fail(inName, explainNoForm(*any, src, input, reader->format(), format, outLayout));
+  if (!row) {
+    const std::string pending = notYet(name, src.layout, outLayout);
+    if (!pending.empty()) fail(inName, pending);
+    if (isSubsampled(src.layout) || isSubsampled(outLayout))
+      fail(inName, name + " has no " + formName(src.layout, outLayout) + " form (" +
+                       kindWords(src.layout, src.model) + " to " +
+                       kindWords(outLayout, outputModel(*any, src.model)) + "); its forms: " +
+                       formsOf(name));
+    fail(inName, explainNoForm(*any, src, input, reader->format(), format, outLayout));
+  }
 
   Image shape;  // what the output frames will be, to check the format first
   shape.width = src.width;
@@ -355,7 +455,7 @@ int convertFile(const std::string& name, const std::string& input, const std::st
   shape.model = outputModel(*row, src.model);
   checkWritable(outName, format, ext, shape, outputsOf(*row));
 
-  auto writer = openWriter(output, format);
+  auto writer = openWriter(output, format, opts.outSwap);
   const std::string firstShape = describe(src);
   Progress progress(!opts.quiet && (opts.progress || isatty(STDERR_FILENO)), outName);
   long frames = 0;
@@ -522,6 +622,30 @@ int run(int argc, char** argv) {
       const std::string size = value(i, a, "--raw", "a size WxH");
       if (!parseRawSize(size, opts.read.raw))
         throw UsageError{"--raw size '" + size + "' is not WxH"};
+    } else if (options && (is(a, "--layout") || is(a, "--out-layout"))) {
+      const bool in = is(a, "--layout");
+      const std::string option = in ? "--layout" : "--out-layout";
+      const std::string v = value(i, a, option, "a layout name");
+      Layout layout;
+      bool swap = false;
+      if (!layoutFromName(v, layout, swap))
+        throw UsageError{option + " '" + v + "' is not a layout (" + layoutNames() + ")"};
+      if (in) {
+        opts.read.layout = layout;
+        opts.read.swapChroma = swap;
+        opts.layoutGiven = true;
+      } else {
+        opts.outLayout = layout;
+        opts.outSwap = swap;
+        opts.outLayoutGiven = true;
+      }
+    } else if (options && is(a, "--model")) {
+      std::string v = value(i, a, "--model", "yuv or ycbcr");
+      for (char& c : v)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+      if (v == "yuv") opts.read.model = Model::YUV;
+      else if (v == "ycbcr") opts.read.model = Model::YCbCr;
+      else throw UsageError{"--model '" + v + "' is not yuv or ycbcr"};
     } else if (options && is(a, "--to")) {
       std::string to = value(i, a, "--to", "a format (ppm, pam, pgm, pnm, y4m, yuv, rgbp, raw)");
       if (!to.empty() && to[0] == '.') to.erase(0, 1);
@@ -560,6 +684,10 @@ int run(int argc, char** argv) {
     return demo(args.size() == 2 ? args[1] : "lumconv-demo");
   }
   if (args.size() != 3) throw UsageError{"expected <conversion> <input> <output> (lumconv --help)"};
+  if (opts.layoutGiven && !opts.read.raw.given)
+    throw UsageError{"--layout names the layout of headerless frames: give --raw WxH too"};
+  if (args[0] == "repack" && !opts.outLayoutGiven)
+    throw UsageError{std::string("repack needs --out-layout (") + layoutNames() + ")"};
   return convertFile(args[0], args[1], args[2], opts);
 }
 
