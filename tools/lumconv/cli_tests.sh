@@ -266,6 +266,34 @@ case_raw_layouts() {
   absent x.yuv x.y4m x.raw
 }
 
+case_repack() {
+  # I420 4x2: Y 1..8, Cb 9 10, Cr 11 12 <-> NV12: Y, then Cb Cr pairs.
+  printf '\001\002\003\004\005\006\007\010\011\012\013\014' >i420.yuv
+  ok repack --raw 4x2 --layout I420 i420.yuv nv12.yuv --out-layout NV12
+  printf '\001\002\003\004\005\006\007\010\011\013\012\014' >want.yuv
+  same nv12.yuv want.yuv
+  ok repack --raw 4x2 --layout NV12 nv12.yuv back.yuv --out-layout I420
+  same back.yuv i420.yuv
+  # YUY2 and UYVY to I420: the luma moves as it is; 4:2:0 holds a quarter
+  # of the chroma.
+  printf '\001\144\002\156\003\145\004\157\005\146\006\160\007\147\010\161' >yuy2.yuv
+  ok repack --raw 4x2 --layout YUY2 yuy2.yuv a.yuv --out-layout I420
+  [ "$(wc -c <a.yuv)" -eq 12 ] || die "a.yuv size"
+  head -c 8 a.yuv >y.bin
+  printf '\001\002\003\004\005\006\007\010' >want.bin
+  same y.bin want.bin
+  printf '\144\001\156\002\145\003\157\004\146\005\160\006\147\007\161\010' >uyvy.yuv
+  ok repack --raw 4x2 --layout UYVY uyvy.yuv b.yuv --out-layout I420
+  same b.yuv a.yuv
+  # 4:2:0 -> 4:2:2 -> 4:2:0 gives the frame back.
+  ok repack --raw 4x2 --layout I420 i420.yuv i422.yuv --out-layout I422
+  ok repack --raw 4x2 --layout I422 i422.yuv again.yuv --out-layout I420
+  same again.yuv i420.yuv
+  # A repack that the library does not have says so.
+  fails 1 i420.yuv --raw 4x2 --layout I420 repack i420.yuv x.yuv --out-layout UYVY
+  absent x.yuv
+}
+
 case_demo() {
   rm -rf "$DEMO"
   ok demo "$DEMO"

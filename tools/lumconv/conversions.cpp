@@ -224,6 +224,25 @@ constexpr Conversion kTable[] = {
     {"copy", kCopy, kCopyWords, kAnyC2, kAnyC2, LUMCONV_FN(lumiCopy_8u_C1R)},
     {"copy", kCopy, kCopyWords, kAnyC2UYVY, kAnyC2UYVY, LUMCONV_FN(lumiCopy_8u_C1R)},
 
+    // The plain repacks among 4:2:2 and 4:2:0 layouts: samples move, no
+    // arithmetic (any model).
+    {"repack", kRepack, kRepackWords, kAnyP3_420, kAnyP2_420, LUMCONV_FN(lumiYCbCr420_8u_P3P2R)},
+    {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyP3_420, LUMCONV_FN(lumiYCbCr420_8u_P2P3R)},
+    {"repack", kRepack, kRepackWords, kAnyC2, kAnyP3_420,
+     LUMCONV_FN(lumiYCbCr422ToYCbCr420_8u_C2P3R)},
+    {"repack", kRepack, kRepackWords, kAnyC2UYVY, kAnyP3_420,
+     LUMCONV_FN(lumiCbYCr422ToYCbCr420_8u_C2P3R)},
+    {"repack", kRepack, kRepackWords, kAnyC2UYVY, kAnyP3_422,
+     LUMCONV_FN(lumiCbYCr422ToYCbCr422_8u_C2P3R)},
+    {"repack", kRepack, kRepackWords, kAnyP3_420, kAnyP3_422,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_8u_P3R)},
+    {"repack", kRepack, kRepackWords, kAnyP3_422, kAnyP3_420,
+     LUMCONV_FN(lumiYCbCr422ToYCbCr420_8u_P3R)},
+    {"repack", kRepack, kRepackWords, kAnyP3_422, kAnyP2_420,
+     LUMCONV_FN(lumiYCbCr422ToYCbCr420_8u_P3P2R)},
+    {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyP3_422,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_8u_P2P3R)},
+
     // Further families add their rows here: the tool picks a row by the
     // input's layout and depth and the layout the output file stores.
 };
