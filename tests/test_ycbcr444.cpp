@@ -1,5 +1,6 @@
-// RGB and YCbCr 4:4:4: worked values, SSE2 block loops against their scalar
-// forms at every width, guard bytes, alpha, statuses and check order.
+// RGB and YCbCr 4:4:4: worked values, and every block path (each
+// instruction-set level) against the scalar forms at every width and over
+// the colour cube.  Guards, alpha, statuses and check order: test_generic.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -122,32 +123,29 @@ void expectMatchesScalarForms(const Fn& f, CallImages& s, int w, int h) {
 class Ycbcr444 : public ::testing::TestWithParam<Fn> {};
 
 // Random rows of every width from 1 to 70 and some wide ones, at several
-// alignments and paddings: block loops against the scalar forms, guard
-// bytes intact, alpha of AC4 destinations untouched.
-TEST_P(Ycbcr444, KernelsMatchScalarFormsAtEveryWidth) {
+// alignments and paddings, at every level: block loops against the scalar
+// forms of the block part and the tail.
+TEST_P(Ycbcr444, KernelsMatchScalarFormsAtEveryWidthAndLevel) {
   const Fn& f = GetParam();
-  std::mt19937 rng(4321);
   std::vector<int> widths = lumtest::widthsUpTo(70);
   for (int w : {95, 96, 97, 127, 128, 129, 1001, 1923}) widths.push_back(w);
-  for (int w : widths) {
-    const int h = 1 + (w % 3);
-    CallImages s(f, w, h, w % 16, (w * 7) % 19);
-    for (auto* g : s.im.src) g->fillRandom(rng);
-    for (auto* g : s.im.dst) g->fillRandom(rng);
-    const std::vector<uint8_t> before = s.im.dst[0]->regionBytes();
-    ASSERT_EQ(f.call(s.im, LumSize{w, h}), LumOk);
-    expectMatchesScalarForms(f, s, w, h);
-    for (auto* g : s.im.dst) ASSERT_TRUE(g->guardsIntact()) << f.name << " w=" << w;
-    if (f.out == Layout::AC4) {
-      const std::vector<uint8_t> after = s.im.dst[0]->regionBytes();
-      for (size_t i = 3; i < after.size(); i += 4)
-        ASSERT_EQ(after[i], before[i]) << f.name << " alpha changed, w=" << w;
+  for (lum::Isa level : lumtest::isaLevels()) {
+    const lumtest::IsaCap cap(level);
+    std::mt19937 rng(4321);
+    for (int w : widths) {
+      const int h = 1 + (w % 3);
+      CallImages s(f, w, h, w % 16, (w * 7) % 19);
+      for (auto* g : s.im.src) g->fillRandom(rng);
+      for (auto* g : s.im.dst) g->fillRandom(rng);
+      ASSERT_EQ(f.call(s.im, LumSize{w, h}), LumOk);
+      SCOPED_TRACE(lumtest::isaName(level));
+      expectMatchesScalarForms(f, s, w, h);
     }
   }
 }
 
 // The colour cube in one long row through the block part, and in short rows
-// through the tail.
+// through the tail, at every level.
 TEST_P(Ycbcr444, ColourCubeSweepInBlockAndTail) {
   const Fn& f = GetParam();
   std::vector<Pix> colours;
@@ -156,33 +154,25 @@ TEST_P(Ycbcr444, ColourCubeSweepInBlockAndTail) {
       for (int c = 0; c < 256; c += 7) colours.push_back({a, b, c});
   colours.push_back({255, 255, 255});
   const int n = static_cast<int>(colours.size()) & ~15;
-  CallImages s(f, n, 1, 3, 0);
-  for (int x = 0; x < n; ++x)
-    for (int k = 0; k < 3; ++k)
-      CallImages::at(s.im.src, s.in, x, 0, k) = static_cast<uint8_t>(colours[x][k]);
-  ASSERT_EQ(f.call(s.im, LumSize{n, 1}), LumOk);
-  expectMatchesScalarForms(f, s, n, 1);
-  const int wTail = f.block ? f.block - 1 : 3;
-  CallImages t(f, wTail, 1, 9, 3);
-  for (int base = 0; base + wTail <= n; base += wTail * 11) {
-    for (int x = 0; x < wTail; ++x)
+  for (lum::Isa level : lumtest::isaLevels()) {
+    const lumtest::IsaCap cap(level);
+    SCOPED_TRACE(lumtest::isaName(level));
+    CallImages s(f, n, 1, 3, 0);
+    for (int x = 0; x < n; ++x)
       for (int k = 0; k < 3; ++k)
-        CallImages::at(t.im.src, t.in, x, 0, k) = static_cast<uint8_t>(colours[base + x][k]);
-    ASSERT_EQ(f.call(t.im, LumSize{wTail, 1}), LumOk);
-    expectMatchesScalarForms(f, t, wTail, 1);
+        CallImages::at(s.im.src, s.in, x, 0, k) = static_cast<uint8_t>(colours[x][k]);
+    ASSERT_EQ(f.call(s.im, LumSize{n, 1}), LumOk);
+    expectMatchesScalarForms(f, s, n, 1);
+    const int wTail = f.block ? f.block - 1 : 3;
+    CallImages t(f, wTail, 1, 9, 3);
+    for (int base = 0; base + wTail <= n; base += wTail * 11) {
+      for (int x = 0; x < wTail; ++x)
+        for (int k = 0; k < 3; ++k)
+          CallImages::at(t.im.src, t.in, x, 0, k) = static_cast<uint8_t>(colours[base + x][k]);
+      ASSERT_EQ(f.call(t.im, LumSize{wTail, 1}), LumOk);
+      expectMatchesScalarForms(f, t, wTail, 1);
+    }
   }
-}
-
-TEST_P(Ycbcr444, StatusesAndNothingWrittenOnError) {
-  const Fn& f = GetParam();
-  CallImages s(f, 20, 3, 1, 5);
-  std::mt19937 rng(7);
-  for (auto* g : s.im.src) g->fillRandom(rng);
-  std::vector<std::vector<uint8_t>> snaps;
-  for (auto* g : s.im.dst) snaps.push_back(g->snapshot());
-  for (LumSize bad : {LumSize{0, 3}, LumSize{20, 0}, LumSize{-1, 3}, LumSize{20, -5}})
-    EXPECT_EQ(f.call(s.im, bad), LumErrSize) << f.name;
-  for (size_t i = 0; i < snaps.size(); ++i) EXPECT_TRUE(s.im.dst[i]->equals(snaps[i])) << f.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(AllSeven, Ycbcr444, ::testing::ValuesIn(allFunctions()),
@@ -259,28 +249,6 @@ TEST(Ycbcr444Formulas, BlockAndTailDifferByAtMostOneLevel) {
 TEST(Ycbcr444Formulas, ChopTable) {
   for (int i = kChopLow; i <= kChopHigh; ++i)
     ASSERT_EQ(chop(i), i < 1 ? 0 : (i > 254 ? 255 : i)) << i;
-}
-
-// Pattern P2 in the plane forms; P1 in the others.
-TEST(Ycbcr444Checks, CheckOrder) {
-  uint8_t buf[64] = {};
-  const Lum8u* s[3] = {buf, nullptr, buf};
-  Lum8u* d[3] = {buf + 16, buf + 32, buf + 48};
-  Lum8u* dn[3] = {buf, buf, nullptr};
-  const Lum8u* sOk[3] = {buf, buf, buf};
-  EXPECT_EQ(lumiRGBToYCbCr_8u_P3R(s, 4, d, 4, LumSize{0, 1}), LumErrSize);
-  EXPECT_EQ(lumiRGBToYCbCr_8u_P3R(s, 4, d, 4, LumSize{1, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiRGBToYCbCr_8u_P3R(nullptr, 4, d, 4, LumSize{0, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiRGBToYCbCr_8u_P3R(sOk, 4, dn, 4, LumSize{1, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiYCbCrToRGB_8u_P3R(s, 4, d, 4, LumSize{1, 0}), LumErrSize);
-  EXPECT_EQ(lumiYCbCrToRGB_8u_P3R(sOk, 4, nullptr, 4, LumSize{1, 0}), LumErrNullPtr);
-  EXPECT_EQ(lumiYCbCrToRGB_8u_P3C3R(s, 4, buf, 4, LumSize{1, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiYCbCrToRGB_8u_P3C3R(s, 4, buf, 4, LumSize{1, -1}), LumErrSize);
-  EXPECT_EQ(lumiYCbCrToRGB_8u_P3C3R(sOk, 4, nullptr, 4, LumSize{0, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiRGBToYCbCr_8u_C3R(nullptr, 3, buf, 3, LumSize{0, 0}), LumErrNullPtr);
-  EXPECT_EQ(lumiRGBToYCbCr_8u_AC4R(buf, 4, nullptr, 4, LumSize{1, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiYCbCrToRGB_8u_C3R(buf, 3, buf + 32, 3, LumSize{1, 0}), LumErrSize);
-  EXPECT_EQ(lumiYCbCrToRGB_8u_AC4R(nullptr, 4, buf, 4, LumSize{1, 1}), LumErrNullPtr);
 }
 
 // A step of 0 is accepted: every row lies on the first.

@@ -238,17 +238,38 @@ inline void i2(int Y, int U, int V, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(sat16s(y + Hs(u, 16646)) + 8) >> 4));
 }
 
-// I2 on lanes (U and V replicated to their pixels).  y - (..) cannot leave
-// the 16-bit range, so saturating it before the rounding 8 is the same as
-// saturating once after.
+// I2 on lanes, in two steps as I1: the chroma terms H(v, 9338),
+// sat16s(H(u, 3227) + H(v, 4759)) and H(u, 16646) of U and V (per pixel, or
+// once per pair or cell and spread to its pixels: the same lanes), then each
+// pixel's y = 16 Y with them.  y - (..) cannot leave the 16-bit range, so
+// saturating it before the rounding 8 is the same as saturating once after.
 template <class I>
-inline void i2Lanes(I Y, I U, I V, I o[3]) {
-  const I y = shl<4>(Y), r8 = broadcast16<I>(8);
+struct I2Terms {
+  I r, g, b;
+};
+template <class I>
+inline I2Terms<I> i2TermsLanes(I U, I V) {
   const I u = shl<7>(U - broadcast16<I>(128)), v = shl<7>(V - broadcast16<I>(128));
-  o[0] = shrA<4>(addSat(addSat(y, mulHi(v, broadcast16<I>(9338))), r8));
-  const I g = addSat(mulHi(u, broadcast16<I>(3227)), mulHi(v, broadcast16<I>(4759)));
-  o[1] = shrA<4>(addSat(subSat(y, g), r8));
-  o[2] = shrA<4>(addSat(addSat(y, mulHi(u, broadcast16<I>(16646))), r8));
+  return {mulHi(v, broadcast16<I>(9338)),
+          addSat(mulHi(u, broadcast16<I>(3227)), mulHi(v, broadcast16<I>(4759))),
+          mulHi(u, broadcast16<I>(16646))};
+}
+template <class I>
+inline void i2ApplyLanes(I Y, const I2Terms<I>& t, I o[3]) {
+  const I y = shl<4>(Y), r8 = broadcast16<I>(8);
+  o[0] = shrA<4>(addSat(addSat(y, t.r), r8));
+  o[1] = shrA<4>(addSat(subSat(y, t.g), r8));
+  o[2] = shrA<4>(addSat(addSat(y, t.b), r8));
+}
+template <class I>
+inline void i2Lanes(I Y, I U, I V, I o[3]) { i2ApplyLanes(Y, i2TermsLanes(U, V), o); }
+template <class I>
+inline I2Terms<I> spreadLo(const I2Terms<I>& t) {
+  return {interleaveLo(t.r, t.r), interleaveLo(t.g, t.g), interleaveLo(t.b, t.b)};
+}
+template <class I>
+inline I2Terms<I> spreadHi(const I2Terms<I>& t) {
+  return {interleaveHi(t.r, t.r), interleaveHi(t.g, t.g), interleaveHi(t.b, t.b)};
 }
 
 // I3, scalar, 16 fractional bits; `round` is added before each shift (0, or

@@ -86,27 +86,32 @@ inline I1Terms<I> i1Terms16(const Lum8u* pU, const Lum8u* pV) {
   return i1TermsLanes(widen16(loadu(pU)), widen16(loadu(pV)));
 }
 
-// I2 on 32 pixels: Y bytes, and the chroma of their 16 pairs or cells
-// (16 bytes each) replicated to the pixels; out: 32 4-byte pixels, alpha 0.
-inline __m256i replicate16(__m128i c) {
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_unpacklo_epi8(c, c)),
-                                 _mm_unpackhi_epi8(c, c), 1);
+// I2 on 32 pixels: Y bytes and the terms of their 16 pairs or cells; out:
+// 32 4-byte pixels, alpha 0.  The results are clamped to 0..255 in their
+// words (the clamp of the byte pack) and put together as R | G << 8 | B << 16
+// in 32-bit lanes: pixels 0-3 | 16-19, 4-7 | 20-23, 8-11 | 24-27 and
+// 12-15 | 28-31, stored a half at a time.
+inline I2Terms<I> i2Terms16(const Lum8u* pU, const Lum8u* pV) {
+  return i2TermsLanes(widen16(loadu(pU)), widen16(loadu(pV)));
 }
-inline void i2x32ToAC4(__m256i Y, __m128i u, __m128i v, Lum8u* d) {
-  I y[2], U[2], V[2], lo[3], hi[3];
-  widen(Y, y), widen(replicate16(u), U), widen(replicate16(v), V);
-  i2Lanes(y[0], U[0], V[0], lo);
-  i2Lanes(y[1], U[1], V[1], hi);
-  const __m256i R = pack(lo[0], hi[0]), G = pack(lo[1], hi[1]), B = pack(lo[2], hi[2]);
-  const __m256i z = _mm256_setzero_si256();
-  const __m256i rgLo = _mm256_unpacklo_epi8(R, G), rgHi = _mm256_unpackhi_epi8(R, G);
-  const __m256i baLo = _mm256_unpacklo_epi8(B, z), baHi = _mm256_unpackhi_epi8(B, z);
-  const __m256i p0 = _mm256_unpacklo_epi16(rgLo, baLo), p1 = _mm256_unpackhi_epi16(rgLo, baLo);  // 0-3|16-19, 4-7|20-23
-  const __m256i p2 = _mm256_unpacklo_epi16(rgHi, baHi), p3 = _mm256_unpackhi_epi16(rgHi, baHi);  // 8-11|24-27, 12-15|28-31
-  store256(d, _mm256_permute2x128_si256(p0, p1, 0x20));
-  store256(d + 32, _mm256_permute2x128_si256(p2, p3, 0x20));
-  store256(d + 64, _mm256_permute2x128_si256(p0, p1, 0x31));
-  store256(d + 96, _mm256_permute2x128_si256(p2, p3, 0x31));
+inline __m256i clamp8(I v) {
+  return _mm256_min_epi16(_mm256_max_epi16(v.v, _mm256_setzero_si256()), _mm256_set1_epi16(255));
+}
+inline void i2x32ToAC4(__m256i Y, const I2Terms<I>& t, Lum8u* d) {
+  I y[2], o[2][3];
+  widen(Y, y);
+  i2ApplyLanes(y[0], spreadLo(t), o[0]);
+  i2ApplyLanes(y[1], spreadHi(t), o[1]);
+  for (int h = 0; h < 2; ++h) {
+    const __m256i rg = _mm256_or_si256(clamp8(o[h][0]), _mm256_slli_epi16(clamp8(o[h][1]), 8));
+    const __m256i b = clamp8(o[h][2]);
+    const __m256i p0 = _mm256_unpacklo_epi16(rg, b), p1 = _mm256_unpackhi_epi16(rg, b);
+    Lum8u* q = d + 32 * h;
+    storeu(q, _mm256_castsi256_si128(p0));
+    storeu(q + 16, _mm256_castsi256_si128(p1));
+    storeu(q + 64, _mm256_extracti128_si256(p0, 1));
+    storeu(q + 80, _mm256_extracti128_si256(p1, 1));
+  }
 }
 
 inline void storeP3(Lum8u* const d[3], int x, const __m256i out[3]) {
@@ -204,7 +209,7 @@ int blockYUV422ToRGB_P3_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, 
 int blockYUV422ToRGB_AC4_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
                               int x, int end) {
   for (; x + 32 <= end; x += 32)
-    i2x32ToAC4(load256(pY + x), loadu(pU + x / 2), loadu(pV + x / 2), pDst + 4 * x);
+    i2x32ToAC4(load256(pY + x), i2Terms16(pU + x / 2, pV + x / 2), pDst + 4 * x);
   return x;
 }
 
@@ -273,9 +278,9 @@ int blockYUV420ToRGB_P3_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU
 int blockYUV420ToRGB_AC4_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                               const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int c, int endCells) {
   for (; c + 16 <= endCells; c += 16) {
-    const __m128i u = loadu(pU + c), v = loadu(pV + c);
-    i2x32ToAC4(load256(pY0 + 2 * c), u, v, pRow0 + 8 * c);
-    i2x32ToAC4(load256(pY1 + 2 * c), u, v, pRow1 + 8 * c);
+    const I2Terms<I> t = i2Terms16(pU + c, pV + c);
+    i2x32ToAC4(load256(pY0 + 2 * c), t, pRow0 + 8 * c);
+    i2x32ToAC4(load256(pY1 + 2 * c), t, pRow1 + 8 * c);
   }
   return c;
 }
