@@ -1,7 +1,9 @@
 // RGB and HLS: the stated values (grey, black, saturated colours, the full-
 // scale hue, the even-only 16u inverse, the 16s bias and rounding, the 32f
-// grey threshold), every kernel against its scalar forms across block
-// boundaries, guard bytes, alpha, statuses, step shifts and team sizes.
+// grey threshold and signed zero), every kernel against its scalar forms
+// across block boundaries at every level and in every rounding mode (32f on
+// NaNs, infinities and denormals too), step shifts.  Guard bytes, alpha,
+// statuses, steps and team sizes: the generic suite.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -107,243 +109,6 @@ const Fn& fn(const std::string& name) {
   return all[0];
 }
 
-// ---------------------------------------------------------------------------
-// Sample values: random, with a good share of the special pixels (grey,
-// ties, zero saturation, full-scale hue, almost-grey floats).
-struct Gen {
-  Kind kind;
-  std::mt19937& rng;
-  double zero() const { return kind == Kind::S16 ? -32768 : 0; }
-  double full() const {
-    switch (kind) {
-      case Kind::U8: return 255;
-      case Kind::U16: return 65535;
-      case Kind::S16: return 32767;
-      default: return 1.0;
-    }
-  }
-  double any() {
-    switch (kind) {
-      case Kind::U8: return rng() & 255u;
-      case Kind::U16: return rng() & 65535u;
-      case Kind::S16: return static_cast<int16_t>(rng() & 65535u);
-      default: return -0.125 + 1.25 * (rng() >> 8) / 16777216.0;
-    }
-  }
-  void put(uint8_t* p, double v) const {
-    switch (kind) {
-      case Kind::U8: *p = static_cast<uint8_t>(v); break;
-      case Kind::U16: { const uint16_t x = static_cast<uint16_t>(v); memcpy(p, &x, 2); break; }
-      case Kind::S16: { const int16_t x = static_cast<int16_t>(v); memcpy(p, &x, 2); break; }
-      default: { const float x = static_cast<float>(v); memcpy(p, &x, 4); break; }
-    }
-  }
-  void pixel(uint8_t* p, int nch) {
-    double s[4] = {any(), any(), any(), any()};
-    switch (rng() % 10) {
-      case 0: s[1] = s[2] = s[0]; break;                        // grey
-      case 1: s[1] = s[0]; break;                               // ties
-      case 2: s[2] = s[0]; break;
-      case 3: s[2] = s[1]; break;
-      case 4: s[2] = zero(); break;                             // S = 0
-      case 5: s[0] = full(); break;                             // H = full scale
-      case 6: s[0] = zero(); s[1] = full(); s[2] = zero(); break;  // primaries
-      case 7:
-        if (kind == Kind::F32) s[1] = s[2] = s[0] + 1e-7 * (rng() % 3);
-        break;
-      default: break;
-    }
-    const int es = sizeOf(kind);
-    for (int c = 0; c < nch; ++c) put(p + c * es, s[c]);
-  }
-};
-
-// An image of `w` by `h` pixels of a function's layout and type, with guard
-// bytes, element-aligned padding and the given misalignment.
-std::unique_ptr<GuardedImage> image(const Fn& f, int w, int h, int misalign, int pad) {
-  const int es = sizeOf(f.kind);
-  return std::make_unique<GuardedImage>(w * f.nch * es, h, pad * es, misalign * es);
-}
-void fill(GuardedImage& g, const Fn& f, int w, std::mt19937& rng) {
-  Gen gen{f.kind, rng};
-  const int px = f.nch * sizeOf(f.kind);
-  for (int y = 0; y < g.height(); ++y)
-    for (int x = 0; x < w; ++x) gen.pixel(g.row(y) + x * px, f.nch);
-}
-
-// The destination must hold, pixel by pixel, the main-loop form for the first
-// (width & ~(block - 1)) pixels of each row and the tail form after; alpha
-// (AC4) as it was.
-void expectScalarForms(const Fn& f, const GuardedImage& src, const GuardedImage& dst,
-                       const std::vector<uint8_t>& dstBefore, int w, int h) {
-  const int es = sizeOf(f.kind), px = f.nch * es;
-  const int blockEnd = f.block ? (w & ~(f.block - 1)) : 0;
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      uint8_t want[12];
-      (x < blockEnd ? f.blockFn : f.tailFn)(src.row(y) + x * px, want);
-      const uint8_t* got = dst.row(y) + x * px;
-      ASSERT_EQ(0, memcmp(got, want, 3 * es))
-          << f.name << " w=" << w << " " << lumtest::where(x, y, -1)
-          << (x < blockEnd ? " (main loop)" : " (tail)");
-      if (f.nch == 4) {
-        ASSERT_EQ(0, memcmp(got + 3 * es, dstBefore.data() + (y * w + x) * px + 3 * es, es))
-            << f.name << " alpha changed, w=" << w << " " << lumtest::where(x, y, 3);
-      }
-    }
-}
-
-class Hls : public ::testing::TestWithParam<Fn> {};
-
-// Random rows of every width from 1 to 70 and some wide ones: main loops
-// against their scalar forms, tails against theirs, guard bytes, alpha.
-TEST_P(Hls, KernelsMatchScalarFormsAtEveryWidth) {
-  const Fn& f = GetParam();
-  std::mt19937 rng(99);
-  std::vector<int> widths = lumtest::widthsUpTo(70);
-  for (int w : {95, 96, 97, 127, 128, 129, 255, 1001}) widths.push_back(w);
-  for (int w : widths) {
-    const int h = 1 + (w % 3);
-    auto src = image(f, w, h, w % 4, w % 5);
-    auto dst = image(f, w, h, (w * 3) % 16 / sizeOf(f.kind), (w * 7) % 6);
-    fill(*src, f, w, rng);
-    dst->fillRandom(rng);
-    const std::vector<uint8_t> before = dst->regionBytes();
-    ASSERT_EQ(f.call(src->data(), src->step(), dst->data(), dst->step(), LumSize{w, h}), LumOk);
-    expectScalarForms(f, *src, *dst, before, w, h);
-    ASSERT_TRUE(dst->guardsIntact()) << f.name << " w=" << w;
-  }
-}
-
-// Every alignment of the destination, for the kernels that read the
-// destination back (AC4) or write pieces: the region and nothing else.
-TEST_P(Hls, EveryDestinationAlignment) {
-  const Fn& f = GetParam();
-  std::mt19937 rng(5);
-  const int es = sizeOf(f.kind);
-  for (int mis = 0; mis < 16; mis += es)
-    for (int w : {1, 3, 4, 5, 8, 9, 13, 16, 17}) {
-      auto src = image(f, w, 2, 0, 1);
-      auto dst = image(f, w, 2, mis / es, 0);
-      fill(*src, f, w, rng);
-      dst->fillRandom(rng);
-      const std::vector<uint8_t> before = dst->regionBytes();
-      ASSERT_EQ(f.call(src->data(), src->step(), dst->data(), dst->step(), LumSize{w, 2}), LumOk);
-      expectScalarForms(f, *src, *dst, before, w, 2);
-      ASSERT_TRUE(dst->guardsIntact()) << f.name << " w=" << w << " misalign=" << mis;
-    }
-}
-
-// Above 4096 pixels the rows are shared by a team: the same bytes for team
-// sizes 1, 2 and 4 (and those of the scalar forms).
-TEST_P(Hls, SameBytesForTeamSizes) {
-  const Fn& f = GetParam();
-  std::mt19937 rng(17);
-  const int w = 83, h = 61;  // 5063 pixels
-  auto src = image(f, w, h, 1, 3);
-  fill(*src, f, w, rng);
-  std::vector<uint8_t> first;
-  for (int team : {1, 2, 4}) {
-    lumtest::TeamSize scope(team);
-    auto dst = image(f, w, h, 2, 1);
-    dst->fill(0x5A);
-    const std::vector<uint8_t> before = dst->regionBytes();
-    ASSERT_EQ(f.call(src->data(), src->step(), dst->data(), dst->step(), LumSize{w, h}), LumOk);
-    if (first.empty()) {
-      expectScalarForms(f, *src, *dst, before, w, h);
-      first = dst->regionBytes();
-    } else {
-      EXPECT_EQ(dst->regionBytes(), first) << f.name << " team " << team;
-    }
-    EXPECT_TRUE(dst->guardsIntact());
-  }
-}
-
-// Checks: pointers, then size; steps never.  Nothing written on an error.
-TEST_P(Hls, StatusesAndNothingWrittenOnError) {
-  const Fn& f = GetParam();
-  std::mt19937 rng(3);
-  auto src = image(f, 9, 3, 0, 1);
-  auto dst = image(f, 9, 3, 0, 1);
-  fill(*src, f, 9, rng);
-  const std::vector<uint8_t> snap = dst->snapshot();
-  const int ss = src->step(), ds = dst->step();
-  EXPECT_EQ(f.call(nullptr, ss, dst->data(), ds, LumSize{9, 3}), LumErrNullPtr);
-  EXPECT_EQ(f.call(src->data(), ss, nullptr, ds, LumSize{9, 3}), LumErrNullPtr);
-  EXPECT_EQ(f.call(nullptr, ss, dst->data(), ds, LumSize{0, 0}), LumErrNullPtr);
-  for (LumSize bad : {LumSize{0, 3}, LumSize{9, 0}, LumSize{-1, 3}, LumSize{9, -2}})
-    EXPECT_EQ(f.call(src->data(), ss, dst->data(), ds, bad), LumErrSize) << f.name;
-  EXPECT_TRUE(dst->equals(snap)) << f.name;
-  // A step of 0 is accepted: every row lies on the first.
-  EXPECT_EQ(f.call(src->data(), 0, dst->data(), 0, LumSize{9, 3}), LumOk);
-  EXPECT_TRUE(dst->guardsIntact());
-  EXPECT_EQ(f.call(src->data() + 2 * ss, -ss, dst->data() + 2 * ds, -ds, LumSize{9, 3}), LumOk);
-  EXPECT_TRUE(dst->guardsIntact());
-}
-
-// A step that is no multiple of the element size is shifted right
-// arithmetically: a negative odd step rounds toward minus infinity, so row 1
-// of a step of -(rowBytes + 1) starts one element more than a row before
-// row 0 (a shift toward zero would start it exactly a row before).  In 8u
-// the step is a byte count and means the same.
-TEST_P(Hls, OddNegativeStepsShiftArithmetically) {
-  const Fn& f = GetParam();
-  const int es = sizeOf(f.kind);
-  const int w = 7, rowElems = w * f.nch, rowBytes = rowElems * es;
-  const int oddStep = -rowBytes - 1;  // -> -rowElems - 1 elements
-  std::mt19937 rng(11);
-  std::vector<uint8_t> src(8 * rowBytes), dst(8 * rowBytes, 0xEE), ref(2 * rowBytes);
-  Gen gen{f.kind, rng};
-  for (size_t i = 0; i + f.nch * es <= src.size(); i += f.nch * es) gen.pixel(&src[i], f.nch);
-  uint8_t* s0 = &src[4 * rowBytes];
-  uint8_t* d0 = &dst[4 * rowBytes];
-  ASSERT_EQ(f.call(s0, oddStep, d0, oddStep, LumSize{w, 2}), LumOk);
-  // Row 1 of both images at (rowElems + 1) elements before row 0.
-  const ptrdiff_t back = static_cast<ptrdiff_t>(rowElems + 1) * es;
-  memcpy(ref.data(), d0 - back, rowBytes);
-  std::vector<uint8_t> want(rowBytes, 0xEE);
-  ASSERT_EQ(f.call(s0 - back, rowBytes, want.data(), rowBytes, LumSize{w, 1}), LumOk);
-  // AC4 alpha of the reference row was 0xEE too, as in dst.
-  EXPECT_EQ(0, memcmp(ref.data(), want.data(), rowBytes)) << f.name;
-  // The element between row 1's end and row 0's start was not written.
-  for (int i = 0; i < es; ++i) EXPECT_EQ(d0[-es + i], 0xEE) << f.name;
-}
-
-INSTANTIATE_TEST_SUITE_P(AllSixteen, Hls, ::testing::ValuesIn(allFunctions()),
-                         [](const ::testing::TestParamInfo<Fn>& i) { return i.param.name; });
-
-// The 8u C3 kernels have two main-loop networks, SSE2 and (where the
-// processor has it) SSSE3: each against the scalar forms at every width, in
-// rounds of 32, 16 and 8 pixels and the tail, nothing written outside the row.
-TEST(Hls8uNetworks, BothPathsMatchScalarForms) {
-  using PubFn = LumStatus (*)(const Lum8u*, int, Lum8u*, int, LumSize);
-  const struct {
-    const char* name;
-    PubFn kernel;
-  } kernels[] = {{"RGBToHLS_8u_C3R", lumiRGBToHLS_8u_C3R},
-                 {"HLSToRGB_8u_C3R", lumiHLSToRGB_8u_C3R}};
-  std::vector<int> widths = lumtest::widthsUpTo(70);
-  for (int w : {95, 96, 103, 104, 111, 112, 119, 120, 127, 128, 129, 1001}) widths.push_back(w);
-  std::mt19937 rng(123);
-  for (const auto& k : kernels)
-    for (lum::Isa level : lumtest::isaLevels()) {
-      const lumtest::IsaCap cap(level);
-      const bool ssse3 = level >= lum::kIsaSsse3;
-      const Fn& f = fn(k.name);
-      for (int w : widths) {
-        const int h = 2;
-        auto src = image(f, w, h, w % 7, 3);
-        auto dst = image(f, w, h, (w * 5) % 16, 1);
-        fill(*src, f, w, rng);
-        dst->fillRandom(rng);
-        const std::vector<uint8_t> before = dst->regionBytes();
-        ASSERT_EQ(k.kernel(src->row(0), src->step(), dst->row(0), dst->step(), LumSize{w, h}), LumOk);
-        expectScalarForms(f, *src, *dst, before, w, h);
-        ASSERT_FALSE(HasFatalFailure()) << k.name << (ssse3 ? " SSSE3" : " SSE2") << " w=" << w;
-        ASSERT_TRUE(dst->guardsIntact()) << k.name << (ssse3 ? " SSSE3" : " SSE2") << " w=" << w;
-      }
-    }
-}
 
 // ---------------------------------------------------------------------------
 // 32f: the vector forms give the bits of their scalar forms on any float.
@@ -396,104 +161,172 @@ struct AwkwardFloats {
   }
 };
 
-uint32_t bitsOf(float f) {
-  uint32_t b;
-  memcpy(&b, &f, 4);
-  return b;
-}
-
-// The SSE rounding mode for the life of the object.
-class RoundingMode {
- public:
-  explicit RoundingMode(unsigned mode) : saved_(_MM_GET_ROUNDING_MODE()) {
-    _MM_SET_ROUNDING_MODE(mode);
+// ---------------------------------------------------------------------------
+// Sample values: random, with a good share of the special pixels (grey,
+// ties, zero saturation, full-scale hue, almost-grey floats).
+struct Gen {
+  Kind kind;
+  std::mt19937& rng;
+  double zero() const { return kind == Kind::S16 ? -32768 : 0; }
+  double full() const {
+    switch (kind) {
+      case Kind::U8: return 255;
+      case Kind::U16: return 65535;
+      case Kind::S16: return 32767;
+      default: return 1.0;
+    }
   }
-  ~RoundingMode() { _MM_SET_ROUNDING_MODE(saved_); }
-
- private:
-  unsigned saved_;
+  double any() {
+    switch (kind) {
+      case Kind::U8: return rng() & 255u;
+      case Kind::U16: return rng() & 65535u;
+      case Kind::S16: return static_cast<int16_t>(rng() & 65535u);
+      default: return -0.125 + 1.25 * (rng() >> 8) / 16777216.0;
+    }
+  }
+  void put(uint8_t* p, double v) const {
+    switch (kind) {
+      case Kind::U8: *p = static_cast<uint8_t>(v); break;
+      case Kind::U16: { const uint16_t x = static_cast<uint16_t>(v); memcpy(p, &x, 2); break; }
+      case Kind::S16: { const int16_t x = static_cast<int16_t>(v); memcpy(p, &x, 2); break; }
+      default: { const float x = static_cast<float>(v); memcpy(p, &x, 4); break; }
+    }
+  }
+  void pixel(uint8_t* p, int nch) {
+    if (kind == Kind::F32) {
+      AwkwardFloats a{rng};
+      float f[4];
+      a.pixel(f);
+      f[3] = a.pick();
+      memcpy(p, f, 4 * nch);
+      return;
+    }
+    double s[4] = {any(), any(), any(), any()};
+    switch (rng() % 10) {
+      case 0: s[1] = s[2] = s[0]; break;                        // grey
+      case 1: s[1] = s[0]; break;                               // ties
+      case 2: s[2] = s[0]; break;
+      case 3: s[2] = s[1]; break;
+      case 4: s[2] = zero(); break;                             // S = 0
+      case 5: s[0] = full(); break;                             // H = full scale
+      case 6: s[0] = zero(); s[1] = full(); s[2] = zero(); break;  // primaries
+      default: break;
+    }
+    const int es = sizeOf(kind);
+    for (int c = 0; c < nch; ++c) put(p + c * es, s[c]);
+  }
 };
 
-// Forward: rows of every width from 1 to 70, pixel stride 3 or 4, SSE2 or
-// (stride 3) AVX2 main loop: vector blocks and scalar pixels all give the
-// bits of rgbToHls32f, NaN payloads included; the fourth sample of an AC4
-// pixel is not written.
-void expectForward32fMatchesScalar(int nch, bool avx2, std::mt19937& rng) {
-  AwkwardFloats gen{rng};
-  for (int w = 1; w <= 70; ++w) {
-    std::vector<float> src(w * nch), dst(w * nch), before;
-    for (int x = 0; x < w; ++x) {
-      gen.pixel(&src[x * nch]);
-      if (nch == 4) src[x * 4 + 3] = gen.pick();
-    }
-    for (float& v : dst) v = static_cast<float>(rng() % 1000);
-    before = dst;
-    const lumtest::IsaCap cap(avx2 ? lum::kIsaAvx2 : lum::kIsaSse2);
-    const int step = static_cast<int>(sizeof(float)) * nch * w;
-    ASSERT_EQ((nch == 3 ? lumiRGBToHLS_32f_C3R : lumiRGBToHLS_32f_AC4R)(src.data(), step, dst.data(), step, LumSize{w, 1}), LumOk);
-    for (int x = 0; x < w; ++x) {
-      float want[3];
-      const float* s = &src[x * nch];
-      rgbToHls32f(s[0], s[1], s[2], want);
-      ASSERT_EQ(0, memcmp(&dst[x * nch], want, sizeof want))
-          << "nch=" << nch << (avx2 ? " AVX2" : " SSE2") << " w=" << w << " x=" << x << " in "
-          << s[0] << " " << s[1] << " " << s[2] << " got " << dst[x * nch] << " "
-          << dst[x * nch + 1] << " " << dst[x * nch + 2] << " want " << want[0] << " "
-          << want[1] << " " << want[2];
-      if (nch == 4) {
-        ASSERT_EQ(0, memcmp(&dst[x * 4 + 3], &before[x * 4 + 3], 4)) << "alpha, x=" << x;
+// An image of `w` by `h` pixels of a function's layout and type, with guard
+// bytes, element-aligned padding and the given misalignment.
+std::unique_ptr<GuardedImage> image(const Fn& f, int w, int h, int misalign, int pad) {
+  const int es = sizeOf(f.kind);
+  return std::make_unique<GuardedImage>(w * f.nch * es, h, pad * es, misalign * es);
+}
+void fill(GuardedImage& g, const Fn& f, int w, std::mt19937& rng) {
+  Gen gen{f.kind, rng};
+  const int px = f.nch * sizeOf(f.kind);
+  for (int y = 0; y < g.height(); ++y)
+    for (int x = 0; x < w; ++x) gen.pixel(g.row(y) + x * px, f.nch);
+}
+
+// The destination region the scalar forms give: the block form for the
+// first (width & ~(block - 1)) pixels of each row, the tail form after; the
+// fourth sample (AC4) as it was.
+std::vector<uint8_t> scalarForms(const Fn& f, const GuardedImage& src, std::vector<uint8_t> dst,
+                                 int w, int h) {
+  const int es = sizeOf(f.kind), px = f.nch * es;
+  const int blockEnd = f.block ? (w & ~(f.block - 1)) : 0;
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x)
+      (x < blockEnd ? f.blockFn : f.tailFn)(src.row(y) + x * px, &dst[(y * w + x) * px]);
+  return dst;
+}
+
+// First sample that differs, or -1.  Where two NaNs meet in a sum or a
+// product of the 32f inverse, C++ leaves open which one the scalar form
+// passes on: there any NaN stands for a NaN.
+int firstDifference(const Fn& f, const std::vector<uint8_t>& got, const std::vector<uint8_t>& want) {
+  const int es = sizeOf(f.kind);
+  const bool anyNaN = f.kind == Kind::F32 && f.name.compare(0, 3, "HLS") == 0;
+  for (size_t i = 0; i < got.size(); i += es) {
+    if (memcmp(&got[i], &want[i], es) == 0) continue;
+    float a, b;
+    if (anyNaN && (memcpy(&a, &got[i], 4), memcpy(&b, &want[i], 4), std::isnan(a) && std::isnan(b)))
+      continue;
+    return static_cast<int>(i / es);
+  }
+  return -1;
+}
+
+class Hls : public ::testing::TestWithParam<Fn> {};
+
+// Random rows of every width from 1 to 70 and some wide ones, at every
+// level and in every rounding mode: block loops against their block forms,
+// tails against their tail forms, alpha kept.
+TEST_P(Hls, KernelsMatchScalarFormsAtEveryWidth) {
+  const Fn& f = GetParam();
+  std::mt19937 rng(99);
+  const unsigned saved = _MM_GET_ROUNDING_MODE();
+  std::vector<int> widths = lumtest::widthsUpTo(70);
+  for (int w : {95, 96, 97, 103, 104, 111, 112, 127, 128, 129, 1001}) widths.push_back(w);
+  for (int w : widths) {
+    const int h = 1 + (w % 3);
+    auto src = image(f, w, h, w % 4, w % 5);
+    auto dst = image(f, w, h, (w * 3) % 16 / sizeOf(f.kind), (w * 7) % 6);
+    fill(*src, f, w, rng);
+    dst->fillRandom(rng);
+    const std::vector<uint8_t> initial = dst->regionBytes();
+    for (lum::Isa level : lumtest::isaLevels())
+      for (unsigned mode : {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO}) {
+        const lumtest::IsaCap cap(level);
+        dst = image(f, w, h, (w * 3) % 16 / sizeOf(f.kind), (w * 7) % 6);
+        for (int y = 0; y < h; ++y) memcpy(dst->row(y), &initial[y * dst->rowBytes()], dst->rowBytes());
+        _MM_SET_ROUNDING_MODE(mode);
+        const LumStatus st = f.call(src->data(), src->step(), dst->data(), dst->step(), LumSize{w, h});
+        const std::vector<uint8_t> want = scalarForms(f, *src, initial, w, h);
+        _MM_SET_ROUNDING_MODE(saved);
+        ASSERT_EQ(st, LumOk);
+        const int bad = firstDifference(f, dst->regionBytes(), want);
+        const int spp = f.nch;  // samples a pixel
+        ASSERT_LT(bad, 0) << f.name << " at " << lumtest::isaName(level) << " mode=" << mode
+                          << " w=" << w << " pixel " << bad / spp % w << " row " << bad / spp / w
+                          << " sample " << bad % spp;
       }
-    }
   }
 }
 
-// Inverse: rows of every width from 1 to 70 (C3 with an SSE2 or AVX2 main
-// loop, or AC4): the main loop agrees with the block form, the tail with the
-// tail form.  Where two NaNs meet in a sum or a product, C++ leaves open
-// which one the scalar form passes on: there any NaN stands for a NaN.
-void expectInverse32fMatchesScalar(int nch, bool avx2, std::mt19937& rng) {
-  AwkwardFloats gen{rng};
-  for (int w = 1; w <= 70; ++w) {
-    std::vector<float> in(w * nch), out(w * nch);
-    for (int x = 0; x < w; ++x) gen.pixel(&in[x * nch]);
-    const lumtest::IsaCap cap(avx2 ? lum::kIsaAvx2 : lum::kIsaSse2);
-    const int step = static_cast<int>(sizeof(float)) * nch * w;
-    ASSERT_EQ((nch == 3 ? lumiHLSToRGB_32f_C3R : lumiHLSToRGB_32f_AC4R)(in.data(), step, out.data(), step, LumSize{w, 1}), LumOk);
-    for (int x = 0; x < w; ++x) {
-      float want[3];
-      const float* s = &in[x * nch];
-      (x < (w & ~3) ? hlsToRgb32fBlock : hlsToRgb32fTail)(s[0], s[1], s[2], want);
-      for (int c = 0; c < 3; ++c) {
-        const float got = out[x * nch + c];
-        ASSERT_TRUE(std::isnan(want[c]) ? std::isnan(got) : bitsOf(got) == bitsOf(want[c]))
-            << "nch=" << nch << (avx2 ? " AVX2" : " SSE2") << " w=" << w << " x=" << x
-            << " c=" << c << " in " << s[0] << " " << s[1] << " " << s[2] << " got " << got
-            << " want " << want[c];
-      }
-    }
-  }
+// Steps are not checked: 0 is accepted.  A step that is no multiple of the
+// element size is shifted right arithmetically: a negative odd step rounds toward minus infinity, so row 1
+// of a step of -(rowBytes + 1) starts one element more than a row before
+// row 0 (a shift toward zero would start it exactly a row before).  In 8u
+// the step is a byte count and means the same.
+TEST_P(Hls, OddNegativeStepsShiftArithmetically) {
+  const Fn& f = GetParam();
+  const int es = sizeOf(f.kind);
+  const int w = 7, rowElems = w * f.nch, rowBytes = rowElems * es;
+  const int oddStep = -rowBytes - 1;  // -> -rowElems - 1 elements
+  std::mt19937 rng(11);
+  std::vector<uint8_t> src(8 * rowBytes), dst(8 * rowBytes, 0xEE), ref(2 * rowBytes);
+  Gen gen{f.kind, rng};
+  for (size_t i = 0; i + f.nch * es <= src.size(); i += f.nch * es) gen.pixel(&src[i], f.nch);
+  uint8_t* s0 = &src[4 * rowBytes];
+  uint8_t* d0 = &dst[4 * rowBytes];
+  ASSERT_EQ(f.call(s0, oddStep, d0, oddStep, LumSize{w, 2}), LumOk);
+  // Row 1 of both images at (rowElems + 1) elements before row 0.
+  const ptrdiff_t back = static_cast<ptrdiff_t>(rowElems + 1) * es;
+  memcpy(ref.data(), d0 - back, rowBytes);
+  std::vector<uint8_t> want(rowBytes, 0xEE);
+  ASSERT_EQ(f.call(s0 - back, rowBytes, want.data(), rowBytes, LumSize{w, 1}), LumOk);
+  // AC4 alpha of the reference row was 0xEE too, as in dst.
+  EXPECT_EQ(0, memcmp(ref.data(), want.data(), rowBytes)) << f.name;
+  // The element between row 1's end and row 0's start was not written.
+  for (int i = 0; i < es; ++i) EXPECT_EQ(d0[-es + i], 0xEE) << f.name;
+  EXPECT_EQ(f.call(s0, 0, d0, 0, LumSize{w, 2}), LumOk);
 }
 
-// In every rounding mode.
-TEST(HlsFloat, VectorFormsMatchScalarFormsOnAwkwardValues) {
-  std::mt19937 rng(71);
-  for (unsigned mode :
-       {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO}) {
-    RoundingMode scope(mode);
-    for (bool avx2 : {false, true}) {
-      if (avx2 && lum::processorIsa() < lum::kIsaAvx2) continue;
-      for (int nch : {3, 4}) {
-        if (avx2 && nch == 4) continue;  // the AC4 stride has no AVX2 loop
-        for (int rep = 0; rep < 4; ++rep) {
-          expectForward32fMatchesScalar(nch, avx2, rng);
-          ASSERT_FALSE(HasFatalFailure()) << "rounding mode " << mode;
-          expectInverse32fMatchesScalar(nch, avx2, rng);
-          ASSERT_FALSE(HasFatalFailure()) << "rounding mode " << mode;
-        }
-      }
-    }
-  }
-}
+INSTANTIATE_TEST_SUITE_P(AllSixteen, Hls, ::testing::ValuesIn(allFunctions()),
+                         [](const ::testing::TestParamInfo<Fn>& i) { return i.param.name; });
 
 // ---------------------------------------------------------------------------
 // Stated values.

@@ -1,5 +1,7 @@
-// RGB and YUV 4:4:4: worked values, SSE2 block loops against their scalar
-// forms across every block boundary, guard bytes, alpha, statuses.
+// RGB and YUV 4:4:4: the stated values, the block loops against their
+// scalar forms across every block boundary, the largest differences of block
+// and tail formulas, zero steps.  Guard bytes, alpha, check orders, levels,
+// steps and team sizes: the generic suite.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -145,74 +147,20 @@ void expectMatchesScalarForms(const Fn& f, CallImages& s, int w, int h) {
 
 class Yuv444 : public ::testing::TestWithParam<Fn> {};
 
-// Random rows of every width from 1 to 70 (and some wide ones), at several
-// alignments and every instruction-set level: block loops against the scalar
-// forms, guard bytes intact, alpha bytes of AC4 destinations untouched.
+// Random rows of every width from 1 to 70 and some wide ones: block loops
+// against their block forms, tails against their tail forms.
 TEST_P(Yuv444, KernelsMatchScalarFormsAtEveryWidth) {
   const Fn& f = GetParam();
   std::mt19937 rng(1234);
   std::vector<int> widths = lumtest::widthsUpTo(70);
   for (int w : {95, 96, 97, 127, 128, 129, 255, 1001}) widths.push_back(w);
-  for (lum::Isa level : lumtest::isaLevels())
   for (int w : widths) {
-    SCOPED_TRACE(lumtest::isaName(level));
-    const lumtest::IsaCap cap(level);
     const int h = 1 + (w % 3);
     CallImages s(f, w, h, w % 16, (w * 7) % 19);
     for (auto* g : s.im.src) g->fillRandom(rng);
-    for (auto* g : s.im.dst) g->fillRandom(rng);
-    const std::vector<uint8_t> before = s.im.dst[0]->regionBytes();
     ASSERT_EQ(f.call(s.im, LumSize{w, h}), LumOk);
     expectMatchesScalarForms(f, s, w, h);
-    for (auto* g : s.im.dst) ASSERT_TRUE(g->guardsIntact()) << f.name << " w=" << w;
-    if (f.out == Layout::AC4) {
-      const std::vector<uint8_t> after = s.im.dst[0]->regionBytes();
-      for (size_t i = 3; i < after.size(); i += 4)
-        ASSERT_EQ(after[i], before[i]) << f.name << " alpha changed, w=" << w;
-    }
   }
-}
-
-// A sweep over the colour cube in one long row: every colour meets the block
-// formula at one width and the tail formula at another.
-TEST_P(Yuv444, ColourCubeSweepInBlockAndTail) {
-  const Fn& f = GetParam();
-  std::vector<Pix> colours;
-  for (int a = 0; a < 256; a += 5)
-    for (int b = 0; b < 256; b += 3)
-      for (int c = 0; c < 256; c += 7) colours.push_back({a, b, c});
-  colours.push_back({255, 255, 255});
-  const int n = static_cast<int>(colours.size());
-  // The whole row as one block-multiple row, then each colour alone (tail).
-  const int wBlock = n & ~(f.block - 1);
-  CallImages s(f, wBlock, 1, 3, 0);
-  for (int x = 0; x < wBlock; ++x)
-    for (int k = 0; k < 3; ++k) CallImages::at(s.im.src, s.in, x, 0, k) = static_cast<uint8_t>(colours[x][k]);
-  ASSERT_EQ(f.call(s.im, LumSize{wBlock, 1}), LumOk);
-  expectMatchesScalarForms(f, s, wBlock, 1);
-  // The tail formula: a row of block - 1 pixels never enters the block loop.
-  const int wTail = f.block - 1;
-  CallImages t(f, wTail, 1, 9, 3);
-  for (int base = 0; base + wTail <= n; base += wTail * 37) {
-    for (int x = 0; x < wTail; ++x)
-      for (int k = 0; k < 3; ++k)
-        CallImages::at(t.im.src, t.in, x, 0, k) = static_cast<uint8_t>(colours[base + x][k]);
-    ASSERT_EQ(f.call(t.im, LumSize{wTail, 1}), LumOk);
-    expectMatchesScalarForms(f, t, wTail, 1);
-  }
-}
-
-// Nothing is written when a check fails; the order of the checks.
-TEST_P(Yuv444, StatusesAndNothingWrittenOnError) {
-  const Fn& f = GetParam();
-  CallImages s(f, 20, 3, 1, 5);
-  std::mt19937 rng(7);
-  for (auto* g : s.im.src) g->fillRandom(rng);
-  std::vector<std::vector<uint8_t>> snaps;
-  for (auto* g : s.im.dst) snaps.push_back(g->snapshot());
-  for (LumSize bad : {LumSize{0, 3}, LumSize{20, 0}, LumSize{-1, 3}, LumSize{20, -5}})
-    EXPECT_EQ(f.call(s.im, bad), LumErrSize) << f.name;
-  for (size_t i = 0; i < snaps.size(); ++i) EXPECT_TRUE(s.im.dst[i]->equals(snaps[i])) << f.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(AllEight, Yuv444, ::testing::ValuesIn(allFunctions()),
@@ -298,108 +246,6 @@ TEST(Yuv444Formulas, BlockAndTailDifferByAtMostTheStatedLevels) {
           for (int k = 0; k < 3; ++k) seen[k] = std::max(seen[k], std::abs(x[k] - y[k]));
         }
     EXPECT_EQ(seen, p.most);
-  }
-}
-
-// Pattern P2: a null plane with a bad size is a size error, with a good size
-// a null-pointer error; the arrays themselves are tested first.
-TEST(Yuv444Checks, PlanePointerOrder) {
-  uint8_t buf[64] = {};
-  const Lum8u* s[3] = {buf, nullptr, buf};
-  Lum8u* d[3] = {buf + 16, buf + 32, buf + 48};
-  EXPECT_EQ(lumiRGBToYUV_8u_P3R(s, 4, d, 4, LumSize{0, 1}), LumErrSize);
-  EXPECT_EQ(lumiRGBToYUV_8u_P3R(s, 4, d, 4, LumSize{1, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiRGBToYUV_8u_P3R(nullptr, 4, d, 4, LumSize{0, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiYUVToRGB_8u_P3R(s, 4, d, 4, LumSize{1, 0}), LumErrSize);
-  EXPECT_EQ(lumiYUVToRGB_8u_P3C3R(s, 4, buf, 4, LumSize{1, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiYUVToRGB_8u_P3C3R(s, 4, nullptr, 4, LumSize{0, 1}), LumErrNullPtr);
-  Lum8u* dn[3] = {buf, buf, nullptr};
-  EXPECT_EQ(lumiRGBToYUV_8u_C3P3R(buf, 4, dn, 4, LumSize{-3, 1}), LumErrSize);
-  EXPECT_EQ(lumiRGBToYUV_8u_C3P3R(buf, 4, dn, 4, LumSize{1, 1}), LumErrNullPtr);
-  EXPECT_EQ(lumiRGBToYUV_8u_C3R(nullptr, 3, buf, 3, LumSize{0, 0}), LumErrNullPtr);
-  EXPECT_EQ(lumiYUVToRGB_8u_AC4R(buf, 4, nullptr, 4, LumSize{1, 1}), LumErrNullPtr);
-}
-
-// The pixel-order kernels give the bytes of the scalar forms, row by row, at
-// every width and every instruction-set level (SSE2 network, SSSE3 shuffles).
-TEST(Yuv444Paths, EveryLevelGivesTheScalarForms) {
-  std::mt19937 rng(99);
-  for (int w = 1; w <= 200; ++w) {
-    std::vector<uint8_t> src(3 * w), p0(w), p1(w), p2(w);
-    for (auto& b : src) b = static_cast<uint8_t>(rng() >> 24);
-    for (int i = 0; i < w; ++i) {
-      p0[i] = src[3 * i];
-      p1[i] = src[3 * i + 1];
-      p2[i] = src[3 * i + 2];
-    }
-    for (lum::Isa level : lumtest::isaLevels()) {
-      const lumtest::IsaCap cap(level);
-      const char* ssse3 = lumtest::isaName(level);
-      const LumSize row{w, 1};
-      std::vector<uint8_t> c3(3 * w + 1, 0xCD), y(w + 1, 0xCD), u(w + 1, 0xCD), v(w + 1, 0xCD);
-      auto check = [&](const std::vector<uint8_t>& got, int stride, PixFn blockFn, PixFn tailFn,
-                       int block, const char* what, bool planar) {
-        const int end = w & ~(block - 1);
-        for (int x = 0; x < w; ++x) {
-          const Pix want = x < end ? blockFn(src[3 * x], src[3 * x + 1], src[3 * x + 2])
-                                   : tailFn(src[3 * x], src[3 * x + 1], src[3 * x + 2]);
-          for (int k = 0; k < 3; ++k) {
-            const int g = planar ? (k == 0 ? y : k == 1 ? u : v)[x] : got[stride * x + k];
-            ASSERT_EQ(g, want[k]) << what << " ssse3=" << ssse3 << " w=" << w << " x=" << x;
-          }
-        }
-      };
-      ASSERT_EQ(lumiRGBToYUV_8u_C3R(src.data(), 3 * w, c3.data(), 3 * w, row), LumOk);
-      check(c3, 3, F1, F3, 16, "RGBToYUV_C3R", false);
-      ASSERT_EQ(c3[3 * w], 0xCD);
-      ASSERT_EQ(lumiYUVToRGB_8u_C3R(src.data(), 3 * w, c3.data(), 3 * w, row), LumOk);
-      check(c3, 3, G1, G1, 8, "YUVToRGB_C3R", false);
-      Lum8u* const planes[3] = {y.data(), u.data(), v.data()};
-      ASSERT_EQ(lumiRGBToYUV_8u_C3P3R(src.data(), 3 * w, planes, w, row), LumOk);
-      check(c3, 3, F1, F5, 8, "RGBToYUV_C3P3R", true);
-      ASSERT_EQ(y[w], 0xCD);
-      ASSERT_EQ(u[w], 0xCD);
-      ASSERT_EQ(v[w], 0xCD);
-      const Lum8u* const srcPlanes[3] = {p0.data(), p1.data(), p2.data()};
-      ASSERT_EQ(lumiYUVToRGB_8u_P3C3R(srcPlanes, w, c3.data(), 3 * w, row), LumOk);
-      for (int x = 0; x < w; ++x) {
-        const Pix want = G4(p0[x], p1[x], p2[x]);
-        for (int k = 0; k < 3; ++k) ASSERT_EQ(c3[3 * x + k], want[k]) << "P3C3R w=" << w;
-      }
-      ASSERT_EQ(c3[3 * w], 0xCD);
-    }
-  }
-}
-
-// The AC4 kernels' two stores (16-bit + 8-bit a pixel, or AVX-512 byte
-// masks) give the same bytes, and neither touches alpha nor the bytes after
-// the row.
-TEST(Yuv444Paths, Ac4StoresAgreeAndKeepAlpha) {
-  std::mt19937 rng(5);
-  for (int w = 1; w <= 100; ++w) {
-    std::vector<uint8_t> src(4 * w);
-    for (auto& b : src) b = static_cast<uint8_t>(rng() >> 24);
-    for (lum::Isa level : lumtest::isaLevels()) {
-      const lumtest::IsaCap cap(level);
-      const char* masked = lumtest::isaName(level);
-      for (int fwd = 0; fwd < 2; ++fwd) {
-        std::vector<uint8_t> dst(4 * w + 16);
-        for (size_t i = 0; i < dst.size(); ++i) dst[i] = static_cast<uint8_t>(i * 37 + 11);
-        const std::vector<uint8_t> before = dst;
-        const LumSize row{w, 1};
-        if (fwd) ASSERT_EQ(lumiRGBToYUV_8u_AC4R(src.data(), 4 * w, dst.data(), 4 * w, row), LumOk);
-        else ASSERT_EQ(lumiYUVToRGB_8u_AC4R(src.data(), 4 * w, dst.data(), 4 * w, row), LumOk);
-        const int end = w & ~7;
-        for (int x = 0; x < w; ++x) {
-          const int a = src[4 * x], b = src[4 * x + 1], c = src[4 * x + 2];
-          const Pix want = fwd ? (x < end ? F2(a, b, c) : F3(a, b, c)) : G1(a, b, c);
-          for (int k = 0; k < 3; ++k)
-            ASSERT_EQ(dst[4 * x + k], want[k]) << "fwd=" << fwd << " masked=" << masked << " w=" << w << " x=" << x;
-          ASSERT_EQ(dst[4 * x + 3], before[4 * x + 3]) << "alpha, w=" << w;
-        }
-        for (size_t i = 4 * w; i < dst.size(); ++i) ASSERT_EQ(dst[i], before[i]) << "past the row, w=" << w;
-      }
-    }
   }
 }
 

@@ -26,10 +26,6 @@ class GuardedImage {
 
   uint8_t* data() { return buf_.data() + lead_; }
   const uint8_t* data() const { return buf_.data() + lead_; }
-  template <class T>
-  T* ptr() {
-    return reinterpret_cast<T*>(data());
-  }
   uint8_t* row(int y) { return data() + static_cast<ptrdiff_t>(y) * step_; }
   const uint8_t* row(int y) const { return data() + static_cast<ptrdiff_t>(y) * step_; }
   template <class T>
