@@ -46,14 +46,17 @@ inline int w10(int x) { return (257 * x) >> 6; }
 inline int t1(int R, int G, int B) { return ((9798 * R + 19235 * G) >> 14) + ((3736 * B) >> 14); }
 // T1 on a lane type of 16-bit lanes (I16x8, I16x16): pmaddwd forms
 // 9798 R + 19235 G in 32-bit lanes, shifted by 14 and packed back; (3736 B)
-// >> 14 is the high half of (4 B) * 3736, exact since 4 B and 3736 fit 16
-// bits.
+// >> 14 is the high half of B * (4 * 3736), exact since B and 14944 fit 16
+// bits.  t1RGLanes takes R and G already in pairs of words (R, G of a
+// pixel): the low and the high four pixels of each 128-bit half.
 template <class I>
-inline I t1Lanes(I R, I G, I B) {
+inline I t1RGLanes(I rgLo, I rgHi, I B) {
   const I k = broadcastPair16<I>(9798, 19235);
-  const I rg = packS32(shrA<14>(madd(interleaveLo(R, G), k)), shrA<14>(madd(interleaveHi(R, G), k)));
-  return rg + mulHi(shl<2>(B), broadcast16<I>(3736));
+  const I rg = packS32(shrA<14>(madd(rgLo, k)), shrA<14>(madd(rgHi, k)));
+  return rg + mulHi(B, broadcast16<I>(4 * 3736));
 }
+template <class I>
+inline I t1Lanes(I R, I G, I B) { return t1RGLanes(interleaveLo(R, G), interleaveHi(R, G), B); }
 // T2: one shift for the whole sum.
 inline int t2(int R, int G, int B) { return (9798 * R + 19235 * G + 3736 * B) >> 14; }
 // T3: truncated high-half products of the 10-bit values.
@@ -94,13 +97,12 @@ inline void pairT1(const int p0[3], const int p1[3], uint8_t y[2], uint8_t* u, u
   *u = chromaOf(p0[2] + p1[2] - S, kUFactor);
   *v = chromaOf(p0[0] + p1[0] - S, kVFactor);
 }
-// The same on lanes: T of the lo and hi pixels, and the chroma of their
-// pairs in order (16-bit, before the pack).
+// The same on lanes: T of the lo and hi pixels (t1Lanes) and their R and B
+// in, the chroma of their pairs in order out (16-bit, before the pack).
 template <class I>
-inline void pairT1Lanes(const I R[2], const I G[2], const I B[2], I T[2], I& u, I& v) {
+inline void pairT1ChromaLanes(const I T[2], const I R[2], const I B[2], I& u, I& v) {
   Wide32<I> dB[2], dR[2];
   for (int h = 0; h < 2; ++h) {
-    T[h] = t1Lanes(R[h], G[h], B[h]);
     const Wide32<I> S = shrA<1>(pairSum(T[h]));
     dB[h] = pairSum(B[h]) - S;
     dR[h] = pairSum(R[h]) - S;
@@ -161,19 +163,16 @@ inline void cellChroma(int A, int C, int S, uint8_t* u, uint8_t* v) {
   *v = chromaOf(C - S, kVFactor);
 }
 
-// The cells of two rows on lanes: R, G, B [row][lo/hi] widened as the
-// kernel's T wants them (bytes for T1, w10 for T3), T[row][lo/hi] out, and
-// the chroma of the cells in order.  A and C are the cell sums of B and R
-// shifted by kSumShift (1 for T1, 3 for T3); S is the cell sum of T >> 2.
-// The column sums of the two rows fit 16 bits (at most 2 * 1023); their pair
-// sums are the cell sums.
-template <int kSumShift, class I, class TFn>
-inline void cellsLanes(const I R[2][2], const I G[2][2], const I B[2][2], TFn tFn, I T[2][2], I& u,
-                       I& v) {
+// The chroma of the cells of two rows on lanes: T[row][lo/hi] (by T1 or T3)
+// and R, B [row][lo/hi] widened as that T wants them (bytes for T1, w10 for
+// T3) in; the chroma of the cells in order out.  A and C are the cell sums
+// of B and R shifted by kSumShift (1 for T1, 3 for T3); S is the cell sum of
+// T >> 2.  The column sums of the two rows fit 16 bits (at most 2 * 1023);
+// their pair sums are the cell sums.
+template <int kSumShift, class I>
+inline void cellsLanes(const I T[2][2], const I R[2][2], const I B[2][2], I& u, I& v) {
   Wide32<I> dB[2], dR[2];
   for (int h = 0; h < 2; ++h) {
-    T[0][h] = tFn(R[0][h], G[0][h], B[0][h]);
-    T[1][h] = tFn(R[1][h], G[1][h], B[1][h]);
     const Wide32<I> S = shrA<2>(pairSum(T[0][h] + T[1][h]));
     dB[h] = shrA<kSumShift>(pairSum(B[0][h] + B[1][h])) - S;
     dR[h] = shrA<kSumShift>(pairSum(R[0][h] + R[1][h])) - S;

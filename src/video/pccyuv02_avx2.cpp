@@ -37,6 +37,13 @@ inline void widen10(__m256i b, I w[2]) {
 }
 inline __m256i pack(I lo, I hi) { return _mm256_packus_epi16(lo.v, hi.v); }
 inline __m256i packY(const I T[2]) { return pack(shrA<1>(T[0]), shrA<1>(T[1])); }
+// The chroma of 16 pairs or cells, u and v in order, to their planes: one
+// pack and one exchange of quarters.
+inline void storeUV(Lum8u* pU, Lum8u* pV, I u, I v) {
+  const __m256i b = _mm256_permute4x64_epi64(_mm256_packus_epi16(u.v, v.v), 0xD8);
+  storeu(pU, _mm256_castsi256_si128(b));
+  storeu(pV, _mm256_extracti128_si256(b, 1));
+}
 // 16 lanes in order <-> 16 bytes.
 inline __m128i pack16(I c) {
   return _mm_packus_epi16(_mm256_castsi256_si128(c.v), _mm256_extracti128_si256(c.v, 1));
@@ -47,28 +54,70 @@ inline I widen16(__m128i b) { return I{_mm256_cvtepu8_epi16(b)}; }
 // Forward steps: 32 pixels (one row) or 16 cells (two rows).
 struct Fwd32 {
   __m256i y;
-  __m128i u, v;
+  I u, v;  // the chroma of the 16 pairs, in order, before the pack
 };
-inline Fwd32 fwd422T1(const __m256i c[3]) {
-  I r[2], g[2], b[2], T[2], u, v;
-  widen(c[0], r), widen(c[1], g), widen(c[2], b);
-  pairT1Lanes(r, g, b, T, u, v);
-  return {packY(T), pack16(u), pack16(v)};
-}
 struct Fwd420x16 {
   __m256i y0, y1;
-  __m128i u, v;
+  I u, v;  // the chroma of the 16 cells, in order, before the pack
 };
-template <bool kT3>
-inline Fwd420x16 fwd420(const __m256i R[2], const __m256i G[2], const __m256i B[2]) {
+// One pixel-order row of 32 pixels for T1, straight from the 96 bytes: the
+// byte shuffles put R and B of the lo and hi pixels in words, and R, G in
+// pairs of words for the pmaddwd of T1, without byte planes between.  Mask
+// groups: R lo, R hi, B lo, B hi, then R G of pixels 0-3, 4-7, 8-11, 12-15
+// of each half; mask [g][j] takes what lies in source register j.
+struct WordMasks {
+  alignas(16) uint8_t m[8][3][16];
+};
+constexpr int sourceByte(int g, int i) {
+  return g == 0 ? 3 * i : g == 1 ? 3 * (i + 8) : g == 2 ? 3 * i + 2 : g == 3 ? 3 * (i + 8) + 2
+                                                                    : 3 * (4 * (g - 4) + i / 2) + i % 2;
+}
+constexpr WordMasks makeWordMasks() {
+  WordMasks w{};
+  for (int g = 0; g < 8; ++g)
+    for (int j = 0; j < 3; ++j)
+      for (int i = 0; i < 8; ++i) {
+        const int b = sourceByte(g, i);
+        w.m[g][j][2 * i] = b / 16 == j ? static_cast<uint8_t>(b % 16) : 0x80;
+        w.m[g][j][2 * i + 1] = 0x80;
+      }
+  return w;
+}
+constexpr WordMasks kWords = makeWordMasks();
+
+inline void rowT1(const Lum8u* p, I R[2], I B[2], I T[2]) {
+  const __m256i v[3] = {loadHalves(p, p + 48), loadHalves(p + 16, p + 64), loadHalves(p + 32, p + 80)};
+  auto one = [&](int g, int j) { return _mm256_shuffle_epi8(v[j], shuffleMask2(kWords.m[g][j])); };
+  auto two = [&](int g, int j) { return I{_mm256_or_si256(one(g, j), one(g, j + 1))}; };
+  R[0] = two(0, 0), R[1] = two(1, 1), B[0] = two(2, 0), B[1] = two(3, 1);
+  T[0] = t1RGLanes(I{one(4, 0)}, two(5, 0), B[0]);
+  T[1] = t1RGLanes(two(6, 1), I{one(7, 2)}, B[1]);
+}
+
+// 4:2:2 on 32 pixels by T1, from pixel order.
+inline Fwd32 fwd422T1(const Lum8u* p) {
+  I R[2], B[2], T[2], u, v;
+  rowT1(p, R, B, T);
+  pairT1ChromaLanes(T, R, B, u, v);
+  return {packY(T), u, v};
+}
+
+// 4:2:0 on 16 cells: by T1 from two pixel-order rows, by T3 from planes.
+inline Fwd420x16 fwd420T1(const Lum8u* row0, const Lum8u* row1) {
+  I R[2][2], B[2][2], T[2][2], u, v;
+  rowT1(row0, R[0], B[0], T[0]);
+  rowT1(row1, R[1], B[1], T[1]);
+  cellsLanes<1>(T, R, B, u, v);
+  return {packY(T[0]), packY(T[1]), u, v};
+}
+inline Fwd420x16 fwd420T3(const __m256i R[2], const __m256i G[2], const __m256i B[2]) {
   I r[2][2], g[2][2], b[2][2], T[2][2], u, v;
   for (int row = 0; row < 2; ++row) {
-    if (kT3) widen10(R[row], r[row]), widen10(G[row], g[row]), widen10(B[row], b[row]);
-    else widen(R[row], r[row]), widen(G[row], g[row]), widen(B[row], b[row]);
+    widen10(R[row], r[row]), widen10(G[row], g[row]), widen10(B[row], b[row]);
+    for (int h = 0; h < 2; ++h) T[row][h] = t3Lanes(r[row][h], g[row][h], b[row][h]);
   }
-  if (kT3) cellsLanes<3>(r, g, b, t3Lanes<I>, T, u, v);
-  else cellsLanes<1>(r, g, b, t1Lanes<I>, T, u, v);
-  return {packY(T[0]), packY(T[1]), pack16(u), pack16(v)};
+  cellsLanes<3>(T, r, b, u, v);
+  return {packY(T[0]), packY(T[1]), u, v};
 }
 
 // ---------------------------------------------------------------------------
@@ -125,10 +174,9 @@ inline void storeP3(Lum8u* const d[3], int x, const __m256i out[3]) {
 
 int blockRGBToYUV422_C3C2_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
   for (; x + 32 <= end; x += 32) {
-    __m256i c[3];
-    deinterleave3x32Avx2(pSrc + 3 * x, c);
-    const Fwd32 f = fwd422T1(c);
-    const __m128i uvLo = _mm_unpacklo_epi8(f.u, f.v), uvHi = _mm_unpackhi_epi8(f.u, f.v);
+    const Fwd32 f = fwd422T1(pSrc + 3 * x);
+    const __m128i u = pack16(f.u), v = pack16(f.v);
+    const __m128i uvLo = _mm_unpacklo_epi8(u, v), uvHi = _mm_unpackhi_epi8(u, v);
     const __m128i y0 = _mm256_castsi256_si128(f.y), y1 = _mm256_extracti128_si256(f.y, 1);
     Lum8u* d = pDst + 2 * x;
     storeu(d, _mm_unpacklo_epi8(y0, uvLo));
@@ -141,12 +189,9 @@ int blockRGBToYUV422_C3C2_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
 int blockRGBToYUV422_C3P3_avx2(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int x,
                                int end) {
   for (; x + 32 <= end; x += 32) {
-    __m256i c[3];
-    deinterleave3x32Avx2(pSrc + 3 * x, c);
-    const Fwd32 f = fwd422T1(c);
+    const Fwd32 f = fwd422T1(pSrc + 3 * x);
     store256(pY + x, f.y);
-    storeu(pU + x / 2, f.u);
-    storeu(pV + x / 2, f.v);
+    storeUV(pU + x / 2, pV + x / 2, f.u, f.v);
   }
   return x;
 }
@@ -157,8 +202,7 @@ int blockRGBToYUV422_P3_avx2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, 
     widen10(load256(pR + x), r), widen10(load256(pG + x), g), widen10(load256(pB + x), b);
     pairT3Lanes(r, g, b, T, u, v);
     store256(pY + x, packY(T));
-    storeu(pU + x / 2, pack16(u));
-    storeu(pV + x / 2, pack16(v));
+    storeUV(pU + x / 2, pV + x / 2, u, v);
   }
   return x;
 }
@@ -219,15 +263,10 @@ int blockYUV422ToRGB_AC4_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV,
 int blockRGBToYUV420_C3P3_avx2(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
                                Lum8u* pU, Lum8u* pV, int c, int endCells) {
   for (; c + 16 <= endCells; c += 16) {
-    __m256i a[3], b[3];
-    deinterleave3x32Avx2(pRow0 + 6 * c, a);
-    deinterleave3x32Avx2(pRow1 + 6 * c, b);
-    const __m256i R[2] = {a[0], b[0]}, G[2] = {a[1], b[1]}, B[2] = {a[2], b[2]};
-    const Fwd420x16 f = fwd420<false>(R, G, B);
+    const Fwd420x16 f = fwd420T1(pRow0 + 6 * c, pRow1 + 6 * c);
     store256(pY0 + 2 * c, f.y0);
     store256(pY1 + 2 * c, f.y1);
-    storeu(pU + c, f.u);
-    storeu(pV + c, f.v);
+    storeUV(pU + c, pV + c, f.u, f.v);
   }
   return c;
 }
@@ -238,11 +277,10 @@ int blockRGBToYUV420_P3_avx2(const Lum8u* const src0[3], const Lum8u* const src1
     const __m256i R[2] = {load256(src0[0] + x), load256(src1[0] + x)};
     const __m256i G[2] = {load256(src0[1] + x), load256(src1[1] + x)};
     const __m256i B[2] = {load256(src0[2] + x), load256(src1[2] + x)};
-    const Fwd420x16 f = fwd420<true>(R, G, B);
+    const Fwd420x16 f = fwd420T3(R, G, B);
     store256(pY0 + x, f.y0);
     store256(pY1 + x, f.y1);
-    storeu(pU + c, f.u);
-    storeu(pV + c, f.v);
+    storeUV(pU + c, pV + c, f.u, f.v);
   }
   return c;
 }

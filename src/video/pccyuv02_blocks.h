@@ -42,7 +42,8 @@ struct Fwd16 {
 inline Fwd16 fwd422T1x16(__m128i R, __m128i G, __m128i B) {
   I16x8 r[2], g[2], b[2], T[2], u, v;
   widen(R, r), widen(G, g), widen(B, b);
-  pairT1Lanes(r, g, b, T, u, v);
+  for (int h = 0; h < 2; ++h) T[h] = t1Lanes(r[h], g[h], b[h]);
+  pairT1ChromaLanes(T, r, b, u, v);
   return {packY(T), pack(u, u), pack(v, v)};
 }
 inline Fwd16 fwd422T3x16(__m128i R, __m128i G, __m128i B) {
@@ -64,8 +65,11 @@ inline Fwd420 fwd420x8(const __m128i R[2], const __m128i G[2], const __m128i B[2
     if (kT3) widen10(R[row], r[row]), widen10(G[row], g[row]), widen10(B[row], b[row]);
     else widen(R[row], r[row]), widen(G[row], g[row]), widen(B[row], b[row]);
   }
-  if (kT3) cellsLanes<3>(r, g, b, t3Lanes<I16x8>, T, u, v);
-  else cellsLanes<1>(r, g, b, t1Lanes<I16x8>, T, u, v);
+  for (int row = 0; row < 2; ++row)
+    for (int h = 0; h < 2; ++h)
+      T[row][h] = kT3 ? t3Lanes(r[row][h], g[row][h], b[row][h]) : t1Lanes(r[row][h], g[row][h], b[row][h]);
+  if (kT3) cellsLanes<3>(T, r, b, u, v);
+  else cellsLanes<1>(T, r, b, u, v);
   return {packY(T[0]), packY(T[1]), pack(u, u), pack(v, v)};
 }
 
