@@ -21,7 +21,7 @@ struct Kind {
 
 // A row's model Unknown means any model, kept as it comes (the copy and the
 // repacks).  The row names its library function; the tool calls it through
-// the function table's uniform invoker (tests/support/lum_table.h), which
+// the function table's uniform invoker (tools/table/lum_table.h), which
 // passes each plane's pointer and step.  A compile-time check holds every row
 // to the function table: the function exists and takes and makes the row's
 // layouts.
