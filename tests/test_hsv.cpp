@@ -308,7 +308,10 @@ TEST(HsvTies, MainLoopAndTailBreakTiesDifferently) {
       }
       differ += convertAt(f, true, {a, a, b})[0] != convertAt(f, false, {a, a, b})[0];
     }
-    if (f.es == 1) {
+    // With the processor's approximate reciprocal the two tie rules part
+    // somewhere in these 400; an exact reciprocal (an emulator's) can make
+    // them agree everywhere.
+    if (f.es == 1 && lum::rcpS(3.0f) * 3.0f != 1.0f) {
       EXPECT_GT(differ, 0) << f.name;
     }
   }
