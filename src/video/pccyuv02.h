@@ -237,11 +237,13 @@ inline void i2(int Y, int U, int V, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u(sat16s(sat16s(y + Hs(u, 16646)) + 8) >> 4));
 }
 
-// I2 on lanes, in two steps as I1: the chroma terms H(v, 9338),
-// sat16s(H(u, 3227) + H(v, 4759)) and H(u, 16646) of U and V (per pixel, or
-// once per pair or cell and spread to its pixels: the same lanes), then each
-// pixel's y = 16 Y with them.  y - (..) cannot leave the 16-bit range, so
-// saturating it before the rounding 8 is the same as saturating once after.
+// I2 on lanes, in two steps as I1: the chroma terms of U and V (per pixel,
+// or once per pair or cell and spread to its pixels: the same lanes), then
+// each pixel's y = 16 Y with them.  No sum of I2 can leave the 16-bit range
+// (y is at most 4080, H(u, 16646) lies in -4162 .. 4128, H(v, 9338) and
+// H(u, 3227) + H(v, 4759) within +-2400), so every saturating add of the
+// scalar form is a plain one, and the rounding 8 goes into the terms:
+// H(v, 9338) + 8, H(u, 3227) + H(v, 4759) - 8, H(u, 16646) + 8.
 template <class I>
 struct I2Terms {
   I r, g, b;
@@ -249,16 +251,17 @@ struct I2Terms {
 template <class I>
 inline I2Terms<I> i2TermsLanes(I U, I V) {
   const I u = shl<7>(U - broadcast16<I>(128)), v = shl<7>(V - broadcast16<I>(128));
-  return {mulHi(v, broadcast16<I>(9338)),
-          addSat(mulHi(u, broadcast16<I>(3227)), mulHi(v, broadcast16<I>(4759))),
-          mulHi(u, broadcast16<I>(16646))};
+  const I r8 = broadcast16<I>(8);
+  return {mulHi(v, broadcast16<I>(9338)) + r8,
+          mulHi(u, broadcast16<I>(3227)) + mulHi(v, broadcast16<I>(4759)) - r8,
+          mulHi(u, broadcast16<I>(16646)) + r8};
 }
 template <class I>
 inline void i2ApplyLanes(I Y, const I2Terms<I>& t, I o[3]) {
-  const I y = shl<4>(Y), r8 = broadcast16<I>(8);
-  o[0] = shrA<4>(addSat(addSat(y, t.r), r8));
-  o[1] = shrA<4>(addSat(subSat(y, t.g), r8));
-  o[2] = shrA<4>(addSat(addSat(y, t.b), r8));
+  const I y = shl<4>(Y);
+  o[0] = shrA<4>(y + t.r);
+  o[1] = shrA<4>(y - t.g);
+  o[2] = shrA<4>(y + t.b);
 }
 template <class I>
 inline void i2Lanes(I Y, I U, I V, I o[3]) { i2ApplyLanes(Y, i2TermsLanes(U, V), o); }

@@ -136,25 +136,24 @@ inline I1Terms<I> i1Terms16(const Lum8u* pU, const Lum8u* pV) {
 }
 
 // I2 on 32 pixels: Y bytes and the terms of their 16 pairs or cells; out:
-// 32 4-byte pixels, alpha 0.  The results are clamped to 0..255 in their
-// words (the clamp of the byte pack) and put together as R | G << 8 | B << 16
-// in 32-bit lanes: pixels 0-3 | 16-19, 4-7 | 20-23, 8-11 | 24-27 and
-// 12-15 | 28-31, stored a half at a time.
+// 32 4-byte pixels, alpha 0.  The results pack to bytes in order (the clamp),
+// R and G unpack to pairs, B with a zero, and those to 32-bit pixels:
+// 0-3 | 16-19, 4-7 | 20-23, 8-11 | 24-27 and 12-15 | 28-31, stored a half
+// at a time.
 inline I2Terms<I> i2Terms16(const Lum8u* pU, const Lum8u* pV) {
   return i2TermsLanes(widen16(loadu(pU)), widen16(loadu(pV)));
 }
-inline __m256i clamp8(I v) {
-  return _mm256_min_epi16(_mm256_max_epi16(v.v, _mm256_setzero_si256()), _mm256_set1_epi16(255));
-}
 inline void i2x32ToAC4(__m256i Y, const I2Terms<I>& t, Lum8u* d) {
-  I y[2], o[2][3];
+  I y[2], lo[3], hi[3];
   widen(Y, y);
-  i2ApplyLanes(y[0], spreadLo(t), o[0]);
-  i2ApplyLanes(y[1], spreadHi(t), o[1]);
+  i2ApplyLanes(y[0], spreadLo(t), lo);
+  i2ApplyLanes(y[1], spreadHi(t), hi);
+  const __m256i R = pack(lo[0], hi[0]), G = pack(lo[1], hi[1]), B = pack(lo[2], hi[2]);
+  const __m256i z = _mm256_setzero_si256();
+  const __m256i rg[2] = {_mm256_unpacklo_epi8(R, G), _mm256_unpackhi_epi8(R, G)};
+  const __m256i b0[2] = {_mm256_unpacklo_epi8(B, z), _mm256_unpackhi_epi8(B, z)};
   for (int h = 0; h < 2; ++h) {
-    const __m256i rg = _mm256_or_si256(clamp8(o[h][0]), _mm256_slli_epi16(clamp8(o[h][1]), 8));
-    const __m256i b = clamp8(o[h][2]);
-    const __m256i p0 = _mm256_unpacklo_epi16(rg, b), p1 = _mm256_unpackhi_epi16(rg, b);
+    const __m256i p0 = _mm256_unpacklo_epi16(rg[h], b0[h]), p1 = _mm256_unpackhi_epi16(rg[h], b0[h]);
     Lum8u* q = d + 32 * h;
     storeu(q, _mm256_castsi256_si128(p0));
     storeu(q + 16, _mm256_castsi256_si128(p1));
