@@ -15,6 +15,7 @@
 
 using namespace lum;
 using namespace lum::hls;
+using namespace lum::hlspl;
 
 namespace {
 
@@ -83,6 +84,9 @@ inline void hlsToBgrRow(const In& in, const Out& out, int width) {
 }
 
 }  // namespace
+
+namespace lum {
+namespace hlspl {
 
 // ===========================================================================
 // One-row kernels.
@@ -197,6 +201,9 @@ void myBGRToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, i
     innerBGRToHLS_8u_AC4R(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width);
   });
 }
+
+}  // namespace hlspl
+}  // namespace lum
 
 // ===========================================================================
 // Public functions.  lumiBGRToHLS_8u_AC4R: pointers, size, then steps (P4).

@@ -14,8 +14,6 @@ namespace lum {
 namespace hlspl {
 // Pixels a round of every main loop of this family.
 constexpr int kBlock = 4;
-}  // namespace hlspl
-}  // namespace lum
 
 // One-row kernels: the first pixel address of each plane (or the one
 // interleaved row), then the width.  Alpha goes across unchanged where the
@@ -48,5 +46,8 @@ void ownpi_HLSToBGR_8u_C3P3(const Lum8u* pSrc, Lum8u* pB, Lum8u* pG, Lum8u* pR, 
 // Row driver of lumiBGRToHLS_8u_AC4R: a parallel region at any size.
 void myBGRToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
                         int dstStep);
+
+}  // namespace hlspl
+}  // namespace lum
 
 #endif  // LUM_PCCHLSPL_H

@@ -84,6 +84,9 @@ struct NetSse2 {
 
 }  // namespace
 
+namespace lum {
+namespace hls {
+
 // ===========================================================================
 // The row of every 4-pixel kernel: block4(src, dst) converts the 4 pixels at
 // src into dst over the first (width & ~3) pixels, the scalar tail the rest;
@@ -343,6 +346,9 @@ LUM_MODEL_DRIVER_GROUP1(myHLSToRGB_16s_C3R, Lum16s, innerHLSToRGB_16s_C3R)
 LUM_MODEL_DRIVER_GROUP1(myRGBToHLS_32f_C3R, Lum32f, innerRGBToHLS_32f_C3R)
 LUM_MODEL_DRIVER_GROUP1(myHLSToRGB_32f_C3R, Lum32f, innerHLSToRGB_32f_C3R)
 
+}  // namespace hls
+}  // namespace lum
+
 // ===========================================================================
 // Public functions: pattern P1 (pointers, then size; steps not checked), then
 // the driver with the steps in elements and the pixel stride.
@@ -363,4 +369,3 @@ LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_32f_C3R, Lum32f, myRGBToHLS_32f_C3R, 2, 3)
 LUM_MODEL_PUBLIC_P1(lumiRGBToHLS_32f_AC4R, Lum32f, myRGBToHLS_32f_C3R, 2, 4)
 LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_32f_C3R, Lum32f, myHLSToRGB_32f_C3R, 2, 3)
 LUM_MODEL_PUBLIC_P1(lumiHLSToRGB_32f_AC4R, Lum32f, myHLSToRGB_32f_C3R, 2, 4)
-

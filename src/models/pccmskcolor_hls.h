@@ -35,8 +35,8 @@
 // and AVX2 units of this family include them too, and must not lend their
 // copies to the SSE2 units (nor take theirs).
 namespace lum {
-inline namespace LUM_ISA_NS {
 namespace hls {
+inline namespace LUM_ISA_NS {
 
 // Pixels a round of the main loops; the rest of a row goes through the
 // scalar tail of the same kernel.
@@ -549,29 +549,32 @@ inline void hlsToRgb32fTail(float h, float l, float s, float out[3]) {
   hlsToRgbTailS(h * 360.0f, l, s, out);
 }
 
-}  // namespace hls
 }  // inline namespace LUM_ISA_NS
+}  // namespace hls
 }  // namespace lum
+
+namespace lum {
+namespace hls {
 
 // ---------------------------------------------------------------------------
 // One-row kernels.  The C3R kernels take nchannels: on 4 they hand the row to
 // their AC4 twin (innerRGBToHLS_32f_C3R has none and uses it as its stride).
 void innerRGBToHLS_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void innerHLSToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void innerRGBToHLS_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void innerHLSToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void innerRGBToHLS_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void innerHLSToRGB_16s_C3R(const Lum16s* pSrc, Lum16s* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void innerRGBToHLS_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void innerHLSToRGB_32f_C3R(const Lum32f* pSrc, Lum32f* pDst, int width, int nchannels,
-                          lum::Isa isa);
+                          Isa isa);
 void inner_RGBToHLS_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
 void inner_HLSToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width);
 void inner_RGBToHLS_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width);
@@ -598,20 +601,23 @@ int blockHLSToRGB_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end);
 
 // Row drivers (group 1 of the parallel frame): steps in elements.
 void myRGBToHLS_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels, lum::Isa isa);
+                       int height, int nchannels, Isa isa);
 void myHLSToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels, lum::Isa isa);
+                       int height, int nchannels, Isa isa);
 void myRGBToHLS_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
 void myHLSToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
 void myRGBToHLS_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
 void myHLSToRGB_16s_C3R(const Lum16s* pSrc, int srcStep, Lum16s* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
 void myRGBToHLS_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
 void myHLSToRGB_32f_C3R(const Lum32f* pSrc, int srcStep, Lum32f* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
+
+}  // namespace hls
+}  // namespace lum
 
 #endif  // LUM_PCCMSKCOLOR_HLS_H

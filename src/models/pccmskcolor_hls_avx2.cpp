@@ -69,6 +69,9 @@ inline int block32fC3(const Lum32f* pSrc, Lum32f* pDst, int end, Step step) {
 
 }  // namespace
 
+namespace lum {
+namespace hls {
+
 int blockRGBToHLS_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end) {
   return block32fC3(pSrc, pDst, end, [](const __m256* c, __m256* o) {
     const Hls32fLanes<F32x8> r = rgbToHls32fLanes(F32x8{c[0]}, F32x8{c[1]}, F32x8{c[2]});
@@ -86,3 +89,6 @@ int blockHLSToRGB_32f_C3_avx2(const Lum32f* pSrc, Lum32f* pDst, int end) {
     o[2] = r.B.v;
   });
 }
+
+}  // namespace hls
+}  // namespace lum

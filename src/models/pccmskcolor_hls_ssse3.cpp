@@ -100,9 +100,15 @@ struct NetSsse3 {
 
 }  // namespace
 
+namespace lum {
+namespace hls {
+
 int blockRGBToHLS_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end) {
   return block8uC3<NetSsse3>(pSrc, pDst, end, FwdStep{});
 }
 int blockHLSToRGB_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end) {
   return block8uC3<NetSsse3>(pSrc, pDst, end, InvStep{});
 }
+
+}  // namespace hls
+}  // namespace lum

@@ -227,6 +227,9 @@ inline void kernel16uAC4(const Lum16u* s, Lum16u* d, int width, Isa isa) {
 
 }  // namespace
 
+namespace lum {
+namespace hsv {
+
 // ===========================================================================
 // One-row kernels.  The C3R kernels test nchannels first and hand four-sample
 // rows to their AC4R twin, which carries the same arithmetic.  isa is the
@@ -278,6 +281,9 @@ LUM_MODEL_DRIVER_GROUP1(myHSVToRGB_8u_C3R, Lum8u, innerHSVToRGB_8u_C3R)
 LUM_MODEL_DRIVER_GROUP1(myRGBToHSV_16u_C3R, Lum16u, innerRGBToHSV_16u_C3R)
 LUM_MODEL_DRIVER_GROUP1(myHSVToRGB_16u_C3R, Lum16u, innerHSVToRGB_16u_C3R)
 
+}  // namespace hsv
+}  // namespace lum
+
 // ===========================================================================
 // Public functions: pattern P1 (pointers, then size), then one call.  The
 // 16u members give the driver their steps in elements.
@@ -290,4 +296,3 @@ LUM_MODEL_PUBLIC_P1(lumiRGBToHSV_16u_C3R, Lum16u, myRGBToHSV_16u_C3R, 1, 3)
 LUM_MODEL_PUBLIC_P1(lumiHSVToRGB_16u_C3R, Lum16u, myHSVToRGB_16u_C3R, 1, 3)
 LUM_MODEL_PUBLIC_P1(lumiRGBToHSV_16u_AC4R, Lum16u, myRGBToHSV_16u_C3R, 1, 4)
 LUM_MODEL_PUBLIC_P1(lumiHSVToRGB_16u_AC4R, Lum16u, myHSVToRGB_16u_C3R, 1, 4)
-

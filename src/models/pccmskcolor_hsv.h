@@ -22,8 +22,8 @@
 #include "lumcc.h"
 
 namespace lum {
-inline namespace LUM_ISA_NS {
 namespace hsv {
+inline namespace LUM_ISA_NS {
 
 // Pixels a round of the main loop; the rest of a row (0 to 3 pixels) goes
 // through the scalar tail.
@@ -362,9 +362,12 @@ inline void block16x8u(const __m128i in[3], __m128i out[3]) {
     out[k] = vPackS16U8(vPackS32S16(o[k][0], o[k][1]), vPackS32S16(o[k][2], o[k][3]));
 }
 
-}  // namespace hsv
 }  // inline namespace LUM_ISA_NS
+}  // namespace hsv
 }  // namespace lum
+
+namespace lum {
+namespace hsv {
 
 // ---------------------------------------------------------------------------
 // One-row kernels.  The C3R kernels serve both layouts: with nchannels == 4
@@ -375,16 +378,16 @@ inline void block16x8u(const __m128i in[3], __m128i out[3]) {
 // over as much of it as its round allows (8u C3 32 pixels, 16u C3 16, AC4 8)
 // and leaves the rest to the narrower loops.  Every level gives the same
 // bytes.
-void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, lum::Isa isa);
-void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, lum::Isa isa);
+void innerRGBToHSV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, Isa isa);
+void innerHSVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int nchannels, Isa isa);
 void innerRGBToHSV_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
-                           lum::Isa isa);
+                           Isa isa);
 void innerHSVToRGB_16u_C3R(const Lum16u* pSrc, Lum16u* pDst, int width, int nchannels,
-                           lum::Isa isa);
-void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
-void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
-void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, lum::Isa isa);
-void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, lum::Isa isa);
+                           Isa isa);
+void innerRGBToHSV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerHSVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerRGBToHSV_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, Isa isa);
+void innerHSVToRGB_16u_AC4R(const Lum16u* pSrc, Lum16u* pDst, int width, Isa isa);
 
 // SSSE3 main loops of the 8u C3 kernels (pccmskcolor_hsv_ssse3.cpp): from
 // pixel x on, 16 pixels a round while they fit below end; each returns the
@@ -406,12 +409,15 @@ int blockHSVToRGB_16u_AC4_avx2(const Lum16u* pSrc, Lum16u* pDst, int end);
 
 // Row drivers (group-1 frame): steps in bytes for 8u, in elements for 16u.
 void myRGBToHSV_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels, lum::Isa isa);
+                       int height, int nchannels, Isa isa);
 void myHSVToRGB_8u_C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
-                       int height, int nchannels, lum::Isa isa);
+                       int height, int nchannels, Isa isa);
 void myRGBToHSV_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
 void myHSVToRGB_16u_C3R(const Lum16u* pSrc, int srcStep, Lum16u* pDst, int dstStep, int width,
-                        int height, int nchannels, lum::Isa isa);
+                        int height, int nchannels, Isa isa);
+
+}  // namespace hsv
+}  // namespace lum
 
 #endif  // LUM_PCCMSKCOLOR_HSV_H

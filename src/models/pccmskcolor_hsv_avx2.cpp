@@ -245,6 +245,9 @@ int block16uAC4(const Lum16u* s, Lum16u* d, int end) {
 
 }  // namespace
 
+namespace lum {
+namespace hsv {
+
 // ===========================================================================
 // Entry points: pixels [0, n) of a row, n the largest multiple of the round
 // not above end; each returns n.
@@ -273,3 +276,6 @@ int blockRGBToHSV_16u_AC4_avx2(const Lum16u* pSrc, Lum16u* pDst, int end) {
 int blockHSVToRGB_16u_AC4_avx2(const Lum16u* pSrc, Lum16u* pDst, int end) {
   return block16uAC4<hsvToRgbBlockVec8<Hsv16u>, packLow16x8>(pSrc, pDst, end);
 }
+
+}  // namespace hsv
+}  // namespace lum

@@ -22,9 +22,15 @@ int block8uC3(const Lum8u* s, Lum8u* d, int x, int end) {
 
 }  // namespace
 
+namespace lum {
+namespace hsv {
+
 int blockRGBToHSV_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
   return block8uC3<rgbToHsvBlockVec<Hsv8u>>(pSrc, pDst, x, end);
 }
 int blockHSVToRGB_8u_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
   return block8uC3<hsvToRgbBlockVec<Hsv8u>>(pSrc, pDst, x, end);
 }
+
+}  // namespace hsv
+}  // namespace lum

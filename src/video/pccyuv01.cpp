@@ -21,6 +21,9 @@ using namespace yuv444blocks;
 
 }  // namespace
 
+namespace lum {
+namespace yuv444 {
+
 // ===========================================================================
 // One-row kernels.
 //
@@ -178,6 +181,9 @@ void myYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8
                            rowPtr(pDst, y, dstStep), width, isa);
   });
 }
+
+}  // namespace yuv444
+}  // namespace lum
 
 // ===========================================================================
 // Public functions: the checks of their pattern, then one call.

@@ -10,8 +10,8 @@
 #include "lumcc.h"
 
 namespace lum {
-inline namespace LUM_ISA_NS {
 namespace yuv444 {
+inline namespace LUM_ISA_NS {
 
 // Block sizes of the one-row kernels.
 constexpr int kBlockRGBToYUV_C3 = 16;
@@ -149,27 +149,30 @@ inline void g4Lanes(I Y, I U, I V, I& R, I& G, I& B) {
   B = shrA<1>(addSat(T, mulHi(u, broadcast16<I>(16645))));
 }
 
-}  // namespace yuv444
 }  // inline namespace LUM_ISA_NS
+}  // namespace yuv444
 }  // namespace lum
+
+namespace lum {
+namespace yuv444 {
 
 // One-row kernels.  The kernels take the instruction-set level of the call:
 // SSSE3 (de)interleaves 3-byte pixels by byte shuffles, AVX2 runs the plane
 // passes of the P3 kernels at 16 lanes, AVX-512 stores the colour bytes of
 // AC4 pixels by byte masks; every level gives the bytes of the SSE2 block
 // loop.
-void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
-void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerRGBToYUV_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void innerRGBToYUV_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                          Lum8u* pU, Lum8u* pV, int width, lum::Isa isa);
+                          Lum8u* pU, Lum8u* pV, int width, Isa isa);
 void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                            lum::Isa isa);
-void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
-void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+                            Isa isa);
+void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerYUVToRGB_8u_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void innerYUVToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
-                          Lum8u* pG, Lum8u* pB, int width, lum::Isa isa);
+                          Lum8u* pG, Lum8u* pB, int width, Isa isa);
 void innerYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                            int width, lum::Isa isa);
+                            int width, Isa isa);
 
 // AVX2 plane passes of the P3 kernels (pccyuv01_avx2.cpp): output plane
 // `plane` (0, 1, 2) over pixels [0, n), n the largest multiple of 32 not
@@ -192,5 +195,8 @@ int blockRGBToYUV_C3P3_ssse3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV,
 int blockYUVToRGB_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end);
 int blockYUVToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
                              int end);
+
+}  // namespace yuv444
+}  // namespace lum
 
 #endif  // LUM_PCCYUV01_H

@@ -37,6 +37,9 @@ int pass(const Lum8u* a, const Lum8u* b, const Lum8u* c, Lum8u* out, int end) {
 
 }  // namespace
 
+namespace lum {
+namespace yuv444 {
+
 int blockRGBToYUV_P3_avx2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOut,
                           int plane, int end) {
   switch (plane) {
@@ -53,3 +56,6 @@ int blockYUVToRGB_P3_avx2(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum
     default: return pass<g2BLanes<I16x16>>(pY, pU, pV, pOut, end);
   }
 }
+
+}  // namespace yuv444
+}  // namespace lum

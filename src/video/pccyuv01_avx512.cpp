@@ -18,9 +18,15 @@ struct StoreMasked {
 
 }  // namespace
 
+namespace lum {
+namespace yuv444 {
+
 int blockRGBToYUV_AC4_avx512(const Lum8u* pSrc, Lum8u* pDst, int end) {
   return blockAC4<StoreMasked>(pSrc, pDst, end, StepF2{});
 }
 int blockYUVToRGB_AC4_avx512(const Lum8u* pSrc, Lum8u* pDst, int end) {
   return blockAC4<StoreMasked>(pSrc, pDst, end, StepG1AC4{});
 }
+
+}  // namespace yuv444
+}  // namespace lum

@@ -17,6 +17,9 @@ struct NetSsse3 {
 
 }  // namespace
 
+namespace lum {
+namespace yuv444 {
+
 int blockRGBToYUV_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end) {
   return blockC3toC3<NetSsse3>(pSrc, pDst, end, StepF1{});
 }
@@ -30,3 +33,6 @@ int blockYUVToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, 
                              int end) {
   return blockP3toC3<NetSsse3>(pY, pU, pV, pDst, end, StepG4{});
 }
+
+}  // namespace yuv444
+}  // namespace lum
