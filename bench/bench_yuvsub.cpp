@@ -1,5 +1,6 @@
-// RGB <-> YUV 4:2:0 and RGB <-> YCbCr 4:4:4 against libyuv and OpenCV, with
-// the memcpy bound, single-threaded, at 1920x1080 and 256x256.
+// RGB <-> YUV 4:2:0, RGB <-> YUV 4:2:2 (planes) and RGB <-> YCbCr 4:4:4
+// against libyuv and OpenCV, with the memcpy bound, single-threaded, at
+// 1920x1080 and 256x256.
 //
 // Groups "<function>/<implementation>/<width>x<height>":
 //   lum              this library (these families run on the calling thread)
@@ -131,6 +132,77 @@ struct YUV420ToRGB {
   }
 };
 
+// 4:2:2 planes, chroma at half width and full height.
+struct I422 {
+  Image y, u, v;
+  I422(Dims d, uint32_t seed)
+      : y(d.width, d.height, 1, seed), u(d.width / 2, d.height, 1, seed + 1),
+        v(d.width / 2, d.height, 1, seed + 2) {}
+  const Lum8u* src[3] = {y.data(), u.data(), v.data()};
+  Lum8u* dst[3] = {y.data(), u.data(), v.data()};
+  int steps[3] = {y.step(), u.step(), v.step()};
+  size_t bytes() const { return y.bytes() + u.bytes() + v.bytes(); }
+};
+
+// RGB to 4:2:2 planes; libyuv has no 3-byte source for 4:2:2 and is given
+// its 4-byte one (ARGBToI422), a lighter job.
+struct RGBToYUV422_C3P3 {
+  static constexpr const char* kName = "RGBToYUV422_8u_C3P3R";
+  Image rgb, argb;
+  I422 yuv;
+  explicit RGBToYUV422_C3P3(Dims d) : rgb(d.width, d.height, 3, 41), argb(d.width, d.height, 4, 42), yuv(d, 43) {}
+  static std::vector<std::string> impls() {
+    return {"lum"
+#ifdef LUM_HAVE_LIBYUV
+            , "libyuv_ARGBToI422"
+#endif
+    };
+  }
+  Run run(const std::string& impl) {
+    if (impl == "lum")
+      return {[this] { lumiRGBToYUV422_8u_C3P3R(rgb.data(), rgb.step(), yuv.dst, yuv.steps, rgb.roi()); },
+              rgb.bytes(), yuv.bytes()};
+#ifdef LUM_HAVE_LIBYUV
+    return {[this] {
+              libyuv::ARGBToI422(argb.data(), argb.step(), yuv.dst[0], yuv.steps[0], yuv.dst[1],
+                                 yuv.steps[1], yuv.dst[2], yuv.steps[2], argb.width(), argb.height());
+            },
+            argb.bytes(), yuv.bytes()};
+#else
+    return {};
+#endif
+  }
+};
+
+// 4:2:2 planes to pixel order.
+struct YUV422ToRGB_P3C3 {
+  static constexpr const char* kName = "YUV422ToRGB_8u_P3C3R";
+  I422 yuv;
+  Image out;
+  explicit YUV422ToRGB_P3C3(Dims d) : yuv(d, 51), out(d.width, d.height, 3, 52) {}
+  static std::vector<std::string> impls() {
+    return {"lum"
+#ifdef LUM_HAVE_LIBYUV
+            , "libyuv_I422ToRGB24"
+#endif
+    };
+  }
+  Run run(const std::string& impl) {
+    if (impl == "lum")
+      return {[this] { lumiYUV422ToRGB_8u_P3C3R(yuv.src, yuv.steps, out.data(), out.step(), out.roi()); },
+              yuv.bytes(), out.bytes()};
+#ifdef LUM_HAVE_LIBYUV
+    return {[this] {
+              libyuv::I422ToRGB24(yuv.src[0], yuv.steps[0], yuv.src[1], yuv.steps[1], yuv.src[2],
+                                  yuv.steps[2], out.data(), out.step(), out.width(), out.height());
+            },
+            yuv.bytes(), out.bytes()};
+#else
+    return {};
+#endif
+  }
+};
+
 // YCbCr 4:4:4 in pixel order, both ways; OpenCV's YCrCb holds the same
 // numbers with the chroma bytes exchanged.
 template <bool kForward>
@@ -195,6 +267,8 @@ int main(int argc, char** argv) {
   registerGroup<RGBToYUV420_C3P3>();
   registerGroup<YUV420ToRGB<false>>();
   registerGroup<YUV420ToRGB<true>>();
+  registerGroup<RGBToYUV422_C3P3>();
+  registerGroup<YUV422ToRGB_P3C3>();
   registerGroup<YCbCr_C3<true>>();
   registerGroup<YCbCr_C3<false>>();
   benchmark::Initialize(&argc, argv);
