@@ -98,17 +98,13 @@ inline void pairT1(const int p0[3], const int p1[3], uint8_t y[2], uint8_t* u, u
   *v = chromaOf(p0[0] + p1[0] - S, kVFactor);
 }
 // The same on lanes: T of the lo and hi pixels (t1Lanes) and their R and B
-// in, the chroma of their pairs in order out (16-bit, before the pack).
+// in, the chroma of their pairs in order out (16-bit, before the pack).  The
+// pair sums fit 16 bits and pack back before the shift.
 template <class I>
 inline void pairT1ChromaLanes(const I T[2], const I R[2], const I B[2], I& u, I& v) {
-  Wide32<I> dB[2], dR[2];
-  for (int h = 0; h < 2; ++h) {
-    const Wide32<I> S = shrA<1>(pairSum(T[h]));
-    dB[h] = pairSum(B[h]) - S;
-    dR[h] = pairSum(R[h]) - S;
-  }
-  u = chromaLanes(packS32(dB[0], dB[1]), kUFactor);
-  v = chromaLanes(packS32(dR[0], dR[1]), kVFactor);
+  const I S = shrA<1>(packS32(pairSum(T[0]), pairSum(T[1])));
+  u = chromaLanes(packS32(pairSum(B[0]), pairSum(B[1])) - S, kUFactor);
+  v = chromaLanes(packS32(pairSum(R[0]), pairSum(R[1])) - S, kVFactor);
 }
 // 4:2:2 forward, a pair by T3: s = T0 + T1, U from (w(B0) + w(B1)) >> 1 - s,
 // halved after the product.
@@ -167,18 +163,17 @@ inline void cellChroma(int A, int C, int S, uint8_t* u, uint8_t* v) {
 // and R, B [row][lo/hi] widened as that T wants them (bytes for T1, w10 for
 // T3) in; the chroma of the cells in order out.  A and C are the cell sums
 // of B and R shifted by kSumShift (1 for T1, 3 for T3); S is the cell sum of
-// T >> 2.  The column sums of the two rows fit 16 bits (at most 2 * 1023);
-// their pair sums are the cell sums.
+// T >> 2.  The column sums of the two rows, and the cell sums (their pair
+// sums), fit 16 bits (at most 4 * 1023), so the sums pack back to 16-bit
+// lanes before the shifts.
 template <int kSumShift, class I>
 inline void cellsLanes(const I T[2][2], const I R[2][2], const I B[2][2], I& u, I& v) {
-  Wide32<I> dB[2], dR[2];
-  for (int h = 0; h < 2; ++h) {
-    const Wide32<I> S = shrA<2>(pairSum(T[0][h] + T[1][h]));
-    dB[h] = shrA<kSumShift>(pairSum(B[0][h] + B[1][h])) - S;
-    dR[h] = shrA<kSumShift>(pairSum(R[0][h] + R[1][h])) - S;
-  }
-  u = chromaLanes(packS32(dB[0], dB[1]), kUFactor);
-  v = chromaLanes(packS32(dR[0], dR[1]), kVFactor);
+  auto cellSums = [](const I x[2][2]) {
+    return packS32(pairSum(x[0][0] + x[1][0]), pairSum(x[0][1] + x[1][1]));
+  };
+  const I S = shrA<2>(cellSums(T));
+  u = chromaLanes(shrA<kSumShift>(cellSums(B)) - S, kUFactor);
+  v = chromaLanes(shrA<kSumShift>(cellSums(R)) - S, kVFactor);
 }
 
 // ---------------------------------------------------------------------------
