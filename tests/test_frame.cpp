@@ -1,15 +1,18 @@
 // The primitive frame: the check patterns no public function uses yet (the
-// generic suite holds every used one to its order), the group-1 row
-// driver's threshold and team, the rounding-control bracket, the
-// reciprocal's Newton step.
+// generic suite holds every used one to its order), steps as the pixel-order
+// functions take them, the group-1 row driver's threshold and team, the
+// rounding-control bracket, the reciprocal's Newton step.
 #include <gtest/gtest.h>
 #include <omp.h>
 
+#include <algorithm>
 #include <atomic>
+#include <random>
 #include <vector>
 
 #include "frame/lum_frame.h"
 #include "frame/lum_simd.h"
+#include "lum_table.h"
 #include "test_support.h"
 
 using namespace lum;
@@ -37,6 +40,46 @@ TEST(StepShift, ArithmeticShiftOfOddAndNegativeSteps) {
   EXPECT_EQ(stepToElems(-7, 1), -4);  // toward minus infinity
   EXPECT_EQ(stepToElems(-8, 2), -2);
   EXPECT_EQ(stepToElems(13, 2), 3);
+}
+
+// Steps are not checked by the pixel-order functions of pattern P1: a source
+// step of 0 reads the first row for every row, a negative destination step
+// writes upward.  Samples wider than a byte take a step in bytes shifted
+// right arithmetically: +1 is lost, and row 1 of a step of -(rowBytes + 1)
+// starts one element more than a row before row 0 (a shift toward zero
+// would start it exactly a row before).
+TEST(StepShift, EveryPixelOrderFunctionTakesItsStepsAsStated) {
+  std::mt19937 rng(11);
+  for (const lumtable::Entry& e : lumtable::table()) {
+    if (!e.isImage() || e.shape != lum::Shape::A || e.pattern != lum::Pattern::P1) continue;
+    const int w = 7, es = e.srcElem, sRow = e.srcRowBytes(0, w), dRow = e.dstRowBytes(0, w);
+    std::vector<uint8_t> src(8 * sRow), dst(8 * dRow, 0xEE), want(4 * dRow, 0xEE);
+    for (auto& b : src) b = static_cast<uint8_t>(rng());
+    uint8_t* s0 = &src[4 * sRow];
+    uint8_t* d0 = &dst[4 * dRow];
+    auto run = [&](const uint8_t* s, int ss, uint8_t* d, int ds, int h) {
+      lumtable::Args a;
+      a.src[0] = s;
+      a.dst[0] = d;
+      a.srcSteps[0] = ss;
+      a.dstSteps[0] = ds;
+      a.roi = LumSize{w, h};
+      return e.call(a);
+    };
+    ASSERT_EQ(run(s0, sRow, want.data(), dRow, 1), LumOk) << e.name;
+    ASSERT_EQ(run(s0, 0, d0 + 2 * dRow, -dRow, 3), LumOk) << e.name;
+    for (int y = 0; y < 3; ++y) EXPECT_EQ(memcmp(d0 + y * dRow, want.data(), dRow), 0) << e.name << " y=" << y;
+    if (es == 1 || e.dstElem != es) continue;
+    // Odd steps: one row at sRow + 1 is one at sRow; two rows at -(sRow + 1).
+    std::fill(dst.begin(), dst.end(), 0xEE);
+    ASSERT_EQ(run(s0, sRow + 1, d0, dRow + 1, 2), LumOk) << e.name;
+    ASSERT_EQ(run(s0, sRow, want.data(), dRow, 2), LumOk) << e.name;
+    EXPECT_EQ(memcmp(d0, want.data(), 2 * dRow), 0) << e.name << ": odd step";
+    ASSERT_EQ(run(s0, -sRow - 1, d0, -dRow - 1, 2), LumOk) << e.name;
+    ASSERT_EQ(run(s0 - sRow - es, sRow, want.data(), dRow, 1), LumOk) << e.name;
+    EXPECT_EQ(memcmp(d0 - dRow - es, want.data(), dRow), 0) << e.name << ": negative odd step";
+    for (int i = 0; i < es; ++i) EXPECT_EQ(d0[-es + i], 0xEE) << e.name;
+  }
 }
 
 namespace {

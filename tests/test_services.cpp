@@ -1,9 +1,10 @@
 // Service primitives and aligned allocation: the version record, the
 // allocator table as a replaced allocator sees it, the copy and fill row
-// kernels at every alignment and across the non-temporal thresholds, maximum
-// with NaN and infinities, the two sums and the generator against fixed
-// values of this library (the same bits on both targets), the mean.  The
-// public copy and fill on guarded images are in the generic suite.
+// kernels at every alignment with and without streaming stores, the
+// non-temporal thresholds, maximum with NaN and infinities, the two sums and
+// the generator against fixed values of this library (the same bits on both
+// targets), the mean.  Guard bytes, statuses and check order of the image
+// functions: the generic suite.
 #include <gtest/gtest.h>
 #include <float.h>
 #include <math.h>
@@ -11,6 +12,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <random>
 #include <vector>
 
@@ -241,37 +243,6 @@ TEST(CopySet, NonTemporalThresholds) {
   EXPECT_FALSE(copyNonTemporal(65536, 65536));   // the 32-bit product wraps to 0
 }
 
-// Sizes on both sides of the thresholds, padded and contiguous, through the
-// public functions: the same bytes whichever stores were used.
-TEST(CopySet, AcrossTheThresholds) {
-  std::mt19937 rng(5);
-  struct Size {
-    int w, h;
-  };
-  for (Size sz : {Size{1024, 1024}, Size{1025, 1024}, Size{1048577, 1}}) {
-    GuardedImage src(sz.w, sz.h, 3, 5), dst(sz.w, sz.h, 7, 9);
-    src.fillRandom(rng);
-    ASSERT_EQ(lumiCopy_8u_C1R(src.data(), src.step(), dst.data(), dst.step(), {sz.w, sz.h}), LumOk);
-    EXPECT_TRUE(dst.regionBytes() == src.regionBytes()) << sz.w << "x" << sz.h;
-    EXPECT_TRUE(dst.guardsIntact());
-  }
-  for (Size sz : {Size{1448, 1448}, Size{1449, 1448}, Size{2097153, 1}}) {
-    GuardedImage dst(sz.w, sz.h, 6, 3);
-    ASSERT_EQ(lumiSet_8u_C1R(0x42, dst.data(), dst.step(), {sz.w, sz.h}), LumOk);
-    const std::vector<uint8_t> got = dst.regionBytes();
-    EXPECT_EQ(std::count(got.begin(), got.end(), 0x42), static_cast<ptrdiff_t>(got.size()));
-    EXPECT_TRUE(dst.guardsIntact()) << sz.w << "x" << sz.h;
-  }
-  // Contiguous just over the copy threshold.
-  const int n = 1048577;
-  std::vector<uint8_t> s(n), d(n + 2, 0);
-  for (auto& b : s) b = static_cast<uint8_t>(rng());
-  ASSERT_EQ(lumiCopy_8u_C1R(s.data(), 1, d.data() + 1, 1, {1, n}), LumOk);
-  EXPECT_EQ(memcmp(d.data() + 1, s.data(), n), 0);
-  EXPECT_EQ(d[0], 0);
-  EXPECT_EQ(d[n + 1], 0);
-}
-
 // Steps are not checked: a step of 0 writes the first row height times.
 TEST(CopySet, StepsAreNotChecked) {
   GuardedImage dst(8, 2);
@@ -357,15 +328,6 @@ TEST(Max, NaNReplacesTheRunningValueAtThatMomentOnly) {
     else
       EXPECT_EQ(m, c.want) << "width " << w;
   }
-}
-
-TEST(Max, Statuses) {
-  float v = 1.f, m = 123.f;
-  EXPECT_EQ(lumiMax_32f_C1R(nullptr, 4, {1, 1}, &m), LumErrNullPtr);
-  EXPECT_EQ(lumiMax_32f_C1R(&v, 4, {0, 0}, nullptr), LumErrNullPtr);
-  EXPECT_EQ(lumiMax_32f_C1R(&v, 4, {0, 1}, &m), LumErrSize);
-  EXPECT_EQ(lumiMax_32f_C1R(&v, 4, {1, -1}, &m), LumErrSize);
-  EXPECT_EQ(m, 123.f);
 }
 
 // ---------------------------------------------------------------------------
@@ -469,16 +431,6 @@ TEST(Sum, FastTotalIsExtendedThenRoundedOnce) {
   EXPECT_EQ(s, 9007199254740994.0);  // a double total would stay at 2^53
 }
 
-TEST(Sum, Statuses) {
-  float v = 1.f;
-  double s = 5;
-  EXPECT_EQ(lumiSum_32f_C1R(nullptr, 4, {1, 1}, &s, 0), LumErrNullPtr);
-  EXPECT_EQ(lumiSum_32f_C1R(&v, 4, {0, 0}, nullptr, 2), LumErrNullPtr);
-  EXPECT_EQ(lumiSum_32f_C1R(&v, 4, {0, 1}, &s, 0), LumErrSize);
-  EXPECT_EQ(lumiSum_32f_C1R(&v, 4, {1, 0}, &s, 2), LumErrSize);
-  EXPECT_EQ(s, 5);
-}
-
 // The mean divides the double sum by the 32-bit pixel count in double: rows
 // 2^53, 1, 0 sum to 2^53 + 1 in 80 bits, which rounds to 2^53 before the
 // division, so the mean is 2^53 / 3 rounded, not the exact 3002399751580331.
@@ -500,16 +452,6 @@ TEST(Mean, DividesTheRoundedSumInDouble) {
       EXPECT_EQ(bits<uint64_t>(mean), bits<uint64_t>(sum / n));
     }
   }
-}
-
-TEST(Mean, StatusesCheckTheMeanPointerFirst) {
-  float v = 1.f;
-  double m = 5;
-  EXPECT_EQ(lumiMean_32f_C1R(nullptr, 4, {0, 0}, nullptr, 0), LumErrNullPtr);
-  EXPECT_EQ(lumiMean_32f_C1R(&v, 4, {0, 0}, nullptr, 0), LumErrNullPtr);
-  EXPECT_EQ(lumiMean_32f_C1R(nullptr, 4, {1, 1}, &m, 0), LumErrNullPtr);
-  EXPECT_EQ(lumiMean_32f_C1R(&v, 4, {0, 1}, &m, 2), LumErrSize);
-  EXPECT_EQ(m, 5);
 }
 
 // ===========================================================================
@@ -541,74 +483,73 @@ TEST(Rand, StateAfterInit) {
   EXPECT_EQ(lumsRandUniformFree_32f(f), LumOk);
 }
 
+// Draws of one state in calls of the given lengths, one after the other.
+std::vector<Lum16s> draws16(int lo, int hi, uint32_t seed, std::initializer_list<int> calls) {
+  LumRandState16s* s = nullptr;
+  EXPECT_EQ(lumsRandUniformInitAlloc_16s(&s, static_cast<Lum16s>(lo), static_cast<Lum16s>(hi), seed), LumOk);
+  std::vector<Lum16s> v;
+  for (int n : calls) {
+    v.resize(v.size() + n);
+    EXPECT_EQ(lumsRandUniform_16s(v.data() + v.size() - n, n, s), LumOk);
+  }
+  lumsRandUniformFree_16s(s);
+  return v;
+}
+std::vector<uint32_t> draws32(float lo, float hi, uint32_t seed, std::initializer_list<int> calls) {
+  LumRandState32f* s = nullptr;
+  EXPECT_EQ(lumsRandUniformInitAlloc_32f(&s, lo, hi, seed), LumOk);
+  std::vector<uint32_t> v;
+  for (int n : calls) {
+    std::vector<Lum32f> f(n);
+    EXPECT_EQ(lumsRandUniform_32f(f.data(), n, s), LumOk);
+    for (float x : f) v.push_back(bits<uint32_t>(x));
+  }
+  lumsRandUniformFree_32f(s);
+  return v;
+}
+
 // The first draws of a few seeds and bounds as they stand, and a hash of
 // 300 draws of every seed and bound of the grids.
 TEST(Rand, FixedDraws) {
-  struct B16 {
-    int16_t lo, hi;
-  };
   const struct {
     uint32_t seed;
-    B16 b;
-    int16_t first[8];
+    int lo, hi;
+    std::vector<Lum16s> first;
   } k16[] = {
-      {0u, {0, 255}, {0, 33, 53, 102, 90, 188, 210, 60}},
-      {1u, {-32768, 32767}, {25574, -24239, -26149, 908, -16891, 30296, 6761, 4498}},
-      {12345u, {-5, 5}, {-1, 4, 0, 4, 3, 4, 3, 4}},
-      {0xFFFFFFFFu, {100, -100}, {77, 73, 35, 41, 7, -3, 90, -80}},
+      {0u, 0, 255, {0, 33, 53, 102, 90, 188, 210, 60}},
+      {1u, -32768, 32767, {25574, -24239, -26149, 908, -16891, 30296, 6761, 4498}},
+      {12345u, -5, 5, {-1, 4, 0, 4, 3, 4, 3, 4}},
+      {0xFFFFFFFFu, 100, -100, {77, 73, 35, 41, 7, -3, 90, -80}},
   };
-  for (const auto& k : k16) {
-    LumRandState16s* s = nullptr;
-    ASSERT_EQ(lumsRandUniformInitAlloc_16s(&s, k.b.lo, k.b.hi, k.seed), LumOk);
-    Lum16s got[8];
-    ASSERT_EQ(lumsRandUniform_16s(got, 8, s), LumOk);
-    for (int i = 0; i < 8; ++i) EXPECT_EQ(got[i], k.first[i]) << "seed " << k.seed << " i " << i;
-    lumsRandUniformFree_16s(s);
-  }
+  for (const auto& k : k16) EXPECT_EQ(draws16(k.lo, k.hi, k.seed, {8}), k.first) << "seed " << k.seed;
   uint64_t hash = kFnvBasis;
   for (uint32_t seed : {0u, 1u, 12345u, 0xFFFFFFFFu})
-    for (B16 b : {B16{0, 255}, B16{-32768, 32767}, B16{-5, 5}, B16{100, -100}}) {
-      LumRandState16s* s = nullptr;
-      ASSERT_EQ(lumsRandUniformInitAlloc_16s(&s, b.lo, b.hi, seed), LumOk);
-      Lum16s got[300];
-      ASSERT_EQ(lumsRandUniform_16s(got, 300, s), LumOk);
-      hash = fnv1a(hash, got, sizeof got);
-      lumsRandUniformFree_16s(s);
+    for (const auto& k : k16) {
+      const std::vector<Lum16s> got = draws16(k.lo, k.hi, seed, {300});
+      hash = fnv1a(hash, got.data(), 600);
     }
   EXPECT_EQ(hash, 0x3835c673883db003ull);
-
-  struct BF {
-    float lo, hi;
-  };
   const struct {
     uint32_t seed;
-    BF b;
-    uint32_t first[8];
+    float lo, hi;
+    std::vector<uint32_t> first;
   } k32[] = {
-      {0u, {0.f, 1.f}, {0x3a7aabc0u, 0x3e05487du, 0x3e58c987u, 0x3ece6d16u, 0x3eb4b56fu, 0x3f3daba9u, 0x3f53171du, 0x3e723d0bu}},
-      {7u, {-1.f, 1.f}, {0xbf0c4a5fu, 0xbf3d6a82u, 0xbe018bc7u, 0xbf24d9f6u, 0x3e1ff1edu, 0xbed65009u, 0xbee6875au, 0x3dfac112u}},
-      {0x80000000u, {-1e6f, 3.5f}, {0xc973e83cu, 0xc9545d03u, 0xc88cc468u, 0xc911b569u, 0xc80f9a93u, 0xc93953a9u, 0xc924e637u, 0xc93a62e3u}},
-      {0u, {1.f, 0.f}, {0x3f7fc155u, 0x3f5eade1u, 0x3f49cd9eu, 0x3f18c975u, 0x3f25a548u, 0x3e84a8aeu, 0x3e33a38au, 0x3f4370bdu}},
+      {0u, 0.f, 1.f, {0x3a7aabc0u, 0x3e05487du, 0x3e58c987u, 0x3ece6d16u, 0x3eb4b56fu, 0x3f3daba9u, 0x3f53171du, 0x3e723d0bu}},
+      {7u, -1.f, 1.f, {0xbf0c4a5fu, 0xbf3d6a82u, 0xbe018bc7u, 0xbf24d9f6u, 0x3e1ff1edu, 0xbed65009u, 0xbee6875au, 0x3dfac112u}},
+      {0x80000000u, -1e6f, 3.5f, {0xc973e83cu, 0xc9545d03u, 0xc88cc468u, 0xc911b569u, 0xc80f9a93u, 0xc93953a9u, 0xc924e637u, 0xc93a62e3u}},
+      {0u, 1.f, 0.f, {0x3f7fc155u, 0x3f5eade1u, 0x3f49cd9eu, 0x3f18c975u, 0x3f25a548u, 0x3e84a8aeu, 0x3e33a38au, 0x3f4370bdu}},
   };
-  for (const auto& k : k32) {
-    LumRandState32f* s = nullptr;
-    ASSERT_EQ(lumsRandUniformInitAlloc_32f(&s, k.b.lo, k.b.hi, k.seed), LumOk);
-    Lum32f got[8];
-    ASSERT_EQ(lumsRandUniform_32f(got, 8, s), LumOk);
-    for (int i = 0; i < 8; ++i) EXPECT_EQ(bits<uint32_t>(got[i]), k.first[i]) << "seed " << k.seed << " i " << i;
-    lumsRandUniformFree_32f(s);
-  }
   hash = kFnvBasis;
   for (uint32_t seed : {0u, 7u, 0x80000000u})
-    for (BF b : {BF{0.f, 1.f}, BF{-1.f, 1.f}, BF{-1e6f, 3.5f}, BF{1.f, 0.f}}) {
-      LumRandState32f* s = nullptr;
-      ASSERT_EQ(lumsRandUniformInitAlloc_32f(&s, b.lo, b.hi, seed), LumOk);
-      Lum32f got[300];
-      ASSERT_EQ(lumsRandUniform_32f(got, 300, s), LumOk);
-      hash = fnv1a(hash, got, sizeof got);
-      lumsRandUniformFree_32f(s);
+    for (const auto& k : k32) {
+      const std::vector<uint32_t> got = draws32(k.lo, k.hi, seed, {300});
+      hash = fnv1a(hash, got.data(), 1200);
     }
   EXPECT_EQ(hash, 0x03f80a4447ef79bbull);
+  for (const auto& k : k32) EXPECT_EQ(draws32(k.lo, k.hi, k.seed, {8}), k.first) << "seed " << k.seed;
+  // Calls continue one sequence.
+  EXPECT_EQ(draws32(-2.f, 9.f, 99u, {4, 4}), draws32(-2.f, 9.f, 99u, {8}));
+  EXPECT_EQ(draws16(-300, 300, 5u, {4, 3, 1}), draws16(-300, 300, 5u, {8}));
 }
 
 // The scaling is 80-bit: with bounds 16383 and 32767 (scale 2^-18 (1 + 7 *
@@ -617,50 +558,7 @@ TEST(Rand, FixedDraws) {
 // precision keeps the hair and truncates to 23564; a double computation
 // would round it away and give 23565.
 TEST(Rand, ScalingIsExtendedPrecision) {
-  const int index = 140733;
-  LumRandState16s* s = nullptr;
-  ASSERT_EQ(lumsRandUniformInitAlloc_16s(&s, 16383, 32767, 9u), LumOk);
-  std::vector<Lum16s> got(index + 1);
-  ASSERT_EQ(lumsRandUniform_16s(got.data(), index + 1, s), LumOk);
-  EXPECT_EQ(got[index], 23564);
-  lumsRandUniformFree_16s(s);
-}
-
-TEST(Rand, CallsContinueOneSequence) {
-  LumRandState32f* a = nullptr;
-  LumRandState32f* b = nullptr;
-  ASSERT_EQ(lumsRandUniformInitAlloc_32f(&a, -2.f, 9.f, 99u), LumOk);
-  ASSERT_EQ(lumsRandUniformInitAlloc_32f(&b, -2.f, 9.f, 99u), LumOk);
-  Lum32f one[8], two[8];
-  ASSERT_EQ(lumsRandUniform_32f(one, 8, a), LumOk);
-  ASSERT_EQ(lumsRandUniform_32f(two, 4, b), LumOk);
-  ASSERT_EQ(lumsRandUniform_32f(two + 4, 4, b), LumOk);
-  EXPECT_EQ(memcmp(one, two, sizeof one), 0);
-  lumsRandUniformFree_32f(a);
-  lumsRandUniformFree_32f(b);
-  LumRandState16s* c = nullptr;
-  LumRandState16s* d = nullptr;
-  ASSERT_EQ(lumsRandUniformInitAlloc_16s(&c, -300, 300, 5u), LumOk);
-  ASSERT_EQ(lumsRandUniformInitAlloc_16s(&d, -300, 300, 5u), LumOk);
-  Lum16s p[8], q[8];
-  ASSERT_EQ(lumsRandUniform_16s(p, 8, c), LumOk);
-  ASSERT_EQ(lumsRandUniform_16s(q, 4, d), LumOk);
-  ASSERT_EQ(lumsRandUniform_16s(q + 4, 4, d), LumOk);
-  EXPECT_EQ(memcmp(p, q, sizeof p), 0);
-  lumsRandUniformFree_16s(c);
-  lumsRandUniformFree_16s(d);
-}
-
-TEST(Rand, FirstDrawOfUnitBoundsLiesInThem) {
-  for (uint32_t seed = 0; seed < 200; ++seed) {
-    LumRandState32f* s = nullptr;
-    ASSERT_EQ(lumsRandUniformInitAlloc_32f(&s, 0.f, 1.f, seed), LumOk);
-    Lum32f v = -1;
-    ASSERT_EQ(lumsRandUniform_32f(&v, 1, s), LumOk);
-    EXPECT_GE(v, 0.f);
-    EXPECT_LE(v, 1.f);
-    lumsRandUniformFree_32f(s);
-  }
+  EXPECT_EQ(draws16(16383, 32767, 9u, {140734}).back(), 23564);
 }
 
 // Null, then length, then tag; a failed call changes neither destination
