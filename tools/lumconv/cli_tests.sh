@@ -73,15 +73,8 @@ same() {
   cmp "$1" "$2" >/dev/null || die "$1 differs from $2: $(od -An -tu1 "$1" | head -c 400)"
 }
 
-# rep N FORMAT: FORMAT (printf escapes) N times.
-rep() {
-  i=0
-  while [ "$i" -lt "$1" ]; do
-    printf "$2"
-    i=$((i + 1))
-  done
-}
-# R N FORMAT: FORMAT N times, still a format (an argument of mk).
+# R N FORMAT: FORMAT N times, still a format (an argument of mk); rep
+# writes what it means.
 R() {
   i=0
   while [ "$i" -lt "$1" ]; do
@@ -89,6 +82,7 @@ R() {
     i=$((i + 1))
   done
 }
+rep() { printf "$(R "$1" "$2")"; }
 # mk FILE FORMAT...: FILE holds the FORMATs (printf escapes) one after another.
 mk() {
   f=$1
@@ -517,28 +511,18 @@ case_yuv420_y4m_roundtrip() {
   close in.ppm back422.ppm 16
 }
 
-# Other tools' .y4m is YCbCr: the YUV family reads it only with --model yuv,
-# and never reads YCbCr as YUV by itself; any 4:2:0 siting is accepted.
+# Other tools' .y4m is YCbCr: the YUV family reads it with --model yuv (and
+# only so: ycbcr_refused); any 4:2:0 siting is accepted.
 case_yuv420_model_tags() {
+  mk want.ppm 'P6\n2 2\n255\n' "$(R 4 '\200\200\200')"
   for c in C420jpeg C420mpeg2 C420paldv C420; do
-    { printf "YUV4MPEG2 W2 H2 F25:1 $c\nFRAME\n"; rep 4 '\200'; rep 2 '\200'; } >$c.y4m
-    fails 1 $c.y4m yuv4202rgb $c.y4m out.ppm
-    says 'holds YCbCr'
-    says '--model yuv'
+    mk $c.y4m "YUV4MPEG2 W2 H2 F25:1 $c\nFRAME\n" "$(R 6 '\200')"
     ok yuv4202rgb --model yuv $c.y4m $c.ppm
-    { printf 'P6\n2 2\n255\n'; rep 4 '\200\200\200'; } >want.ppm
     same $c.ppm want.ppm
   done
   # The copy keeps the siting, and says the model it read.
   ok copy C420mpeg2.y4m copy.y4m
   header copy.y4m 'YUV4MPEG2 W2 H2 F25:1 Ip A1:1 C420mpeg2 XCOLORRANGE=LIMITED'
-  # A YUV-tagged file is not YCbCr.
-  { printf 'YUV4MPEG2 W1 H1 C444 XLUMCC_MODEL=YUV\nFRAME\n'; rep 3 '\200'; } >yuv.y4m
-  fails 1 yuv.y4m ycbcr2rgb yuv.y4m out.ppm
-  says 'holds YUV; ycbcr2rgb takes YCbCr'
-  fails 1 yuv.y4m ycbcr2rgb --model ycbcr yuv.y4m out.ppm
-  says 'tagged XLUMCC_MODEL=YUV'
-  absent out.ppm
 }
 
 # RGB <-> C444 .y4m goes through YCbCr, studio range, tagged LIMITED.
@@ -560,31 +544,23 @@ case_ycbcr444_y4m() {
   same black.ppm want.ppm
 }
 
-case_full_range_refused() {
-  { printf 'YUV4MPEG2 W1 H1 C444 XCOLORRANGE=FULL\nFRAME\n'; printf '\020\200\200'; } >full.y4m
-  fails 1 full.y4m ycbcr2rgb full.y4m out.ppm
-  says 'XCOLORRANGE=FULL'
-  says 'studio range'
-  fails 1 full.y4m yuv2rgb --model yuv full.y4m out.ppm
-  absent out.ppm
-}
-
-# YCbCr 4:2:x with RGB is not in the library yet: one line naming the YUV
-# family as the (different) alternative.
-case_ycbcr420_not_yet() {
-  { printf 'YUV4MPEG2 W2 H2 C420jpeg\nFRAME\n'; rep 6 '\200'; } >v.y4m
-  fails 1 v.y4m ycbcr2rgb v.y4m out.ppm
-  says 'YCbCr 4:2:0 to RGB is not in liblumcc yet'
-  says 'lumconv yuv4202rgb --model yuv'
-  says 'different colour model'
-  { printf 'P6\n2 2\n255\n'; rep 4 "$W3"; } >w.ppm
-  fails 1 w.ppm rgb2ycbcr w.ppm out.y4m --out-layout I420
-  says 'RGB to YCbCr 4:2:0 is not in liblumcc yet'
-  says 'rgb2yuv420'
-  fails 1 '' rgb2ycbcr420 w.ppm out.y4m
-  fails 1 '' ycbcr4222rgb v.y4m out.ppm
-  says 'YCbCr 4:2:2 to RGB'
-  absent out.ppm out.y4m
+# Refused: full-range files; YCbCr 4:2:x with RGB, not in the library yet
+# (one line naming the YUV family as the different alternative); other
+# tools' 4:2:0 (YCbCr) read as YUV without --model yuv; YUV read as YCbCr.
+case_ycbcr_refused() {
+  mk w.ppm 'P6\n2 2\n255\n' "$(R 4 "$W3")"
+  mk v.y4m 'YUV4MPEG2 W2 H2 C420jpeg\nFRAME\n' "$(R 6 '\200')"
+  refused <<'TABLE'
+1|full.y4m|YUV4MPEG2 W1 H1 C444 XCOLORRANGE=FULL\nFRAME\n\020\200\200|XCOLORRANGE=FULL~studio range|ycbcr2rgb full.y4m out.ppm
+1|full.y4m|-||yuv2rgb --model yuv full.y4m out.ppm
+1|v.y4m|-|YCbCr 4:2:0 to RGB is not in liblumcc yet~lumconv yuv4202rgb --model yuv~different colour model|ycbcr2rgb v.y4m out.ppm
+1|w.ppm|-|RGB to YCbCr 4:2:0 is not in liblumcc yet~rgb2yuv420|rgb2ycbcr w.ppm out.y4m --out-layout I420
+1||-||rgb2ycbcr420 w.ppm out.y4m
+1||-|YCbCr 4:2:2 to RGB|ycbcr4222rgb v.y4m out.ppm
+1|v.y4m|-|holds YCbCr~--model yuv|yuv4202rgb v.y4m out.ppm
+1|yuv.y4m|YUV4MPEG2 W1 H1 C444 XLUMCC_MODEL=YUV\nFRAME\n\200\200\200|holds YUV; ycbcr2rgb takes YCbCr|ycbcr2rgb yuv.y4m out.ppm
+1|yuv.y4m|-|tagged XLUMCC_MODEL=YUV|ycbcr2rgb --model ycbcr yuv.y4m out.ppm
+TABLE
 }
 
 # Raw video layouts in and out: I420, YV12, NV12, YUY2, UYVY.
@@ -653,47 +629,33 @@ case_repack() {
 
 # --- The output appears only when complete ---------------------------------
 
-# A failed run leaves an existing output as it was, also when the failure
-# comes after frames were written, and leaves no temporary file.
+# A failed run, also one failing after frames were written, leaves an existing
+# output as it was and no temporary file; one that succeeds replaces it,
+# with its permissions.  Through a symbolic link the target is replaced in
+# its own folder and the link stays a link (a dangling one too).
 case_failed_run_keeps_output() {
-  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; printf 'FRAME\n'; rep 11 '\200'; } >t.y4m
+  mk good.y4m "$Y4M_2x2" "$(R 12 '\200')"
+  mk t.y4m "$Y4M_2x2" "$(R 12 '\200')" 'FRAME\n' "$(R 11 '\200')"
+  mk want.ppm 'P6\n2 2\n255\n' "$(R 4 '\200\200\200')"
+  mkdir sub
   echo precious >keep.ppm
-  chmod 640 keep.ppm
-  fails 1 t.y4m yuv2rgb t.y4m keep.ppm
-  says 'frame 2'
-  [ "$(cat keep.ppm)" = precious ] || die "keep.ppm was changed: $(od -c keep.ppm | head -3)"
-  no_temp
-  # A run that succeeds replaces it, with its permissions.
-  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; } >good.y4m
-  ok yuv2rgb good.y4m keep.ppm
-  { printf 'P6\n2 2\n255\n'; rep 4 '\200\200\200'; } >want.ppm
-  same keep.ppm want.ppm
-  [ "$(stat -c %a keep.ppm)" = 640 ] || die "keep.ppm's mode is $(stat -c %a keep.ppm)"
-  no_temp
-}
-
-# Through a symbolic link the target is replaced in its own folder (the link
-# stays a link); a failed run leaves the target whole.
-case_symlink_target() {
-  mkdir -p sub
   echo precious >sub/target.ppm
+  chmod 640 keep.ppm
   ln -s sub/target.ppm link.ppm
-  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; printf 'FRAME\n'; rep 5 '\200'; } >t.y4m
-  fails 1 t.y4m yuv2rgb t.y4m link.ppm
-  [ "$(cat sub/target.ppm)" = precious ] || die "the link's target was changed"
-  [ -L link.ppm ] || die "link.ppm is no longer a link"
-  no_temp . sub
-  { printf 'YUV4MPEG2 W2 H2 C444\nFRAME\n'; rep 12 '\200'; } >good.y4m
-  ok yuv2rgb good.y4m link.ppm
-  [ -L link.ppm ] || die "link.ppm is no longer a link"
-  { printf 'P6\n2 2\n255\n'; rep 4 '\200\200\200'; } >want.ppm
-  same sub/target.ppm want.ppm
-  no_temp . sub
-  # A link to a file not there yet: the file appears where the link leads.
   ln -s sub/new.ppm dangling.ppm
-  ok yuv2rgb good.y4m dangling.ppm
-  same sub/new.ppm want.ppm
-  [ -L dangling.ppm ] || die "dangling.ppm is no longer a link"
+  for out in keep.ppm link.ppm; do
+    fails 1 t.y4m yuv2rgb t.y4m $out
+    says 'frame 2'
+    [ "$(cat keep.ppm sub/target.ppm)" = "$(printf 'precious\nprecious')" ] || die "$out was changed"
+    no_temp . sub
+  done
+  for out in keep.ppm link.ppm dangling.ppm; do
+    ok yuv2rgb good.y4m $out
+    no_temp . sub
+  done
+  [ "$(stat -c %a keep.ppm)" = 640 ] || die "keep.ppm's mode is $(stat -c %a keep.ppm)"
+  [ -L link.ppm ] && [ -L dangling.ppm ] || die "a link is no longer a link"
+  for f in keep.ppm sub/target.ppm sub/new.ppm; do same $f want.ppm; done
 }
 
 # A run stopped by SIGTERM or SIGINT leaves the existing output and no
