@@ -44,6 +44,9 @@ inline void planeC(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOu
 
 }  // namespace
 
+namespace lum {
+namespace ycbcr {
+
 // ===========================================================================
 // One-row kernels.
 
@@ -169,6 +172,9 @@ void myYCbCrToRGB_8u_P3C3R(const Lum8u* const s[3], Lum8u* pDst, int width, int 
 }
 
 }  // namespace
+
+}  // namespace ycbcr
+}  // namespace lum
 
 // ===========================================================================
 // Public functions: the checks of their pattern, then one call.

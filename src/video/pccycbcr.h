@@ -20,8 +20,8 @@
 #include "lumcc.h"
 
 namespace lum {
-inline namespace LUM_ISA_NS {
 namespace ycbcr {
+inline namespace LUM_ISA_NS {
 
 // ---------------------------------------------------------------------------
 // Coefficient sets, as 16-bit lanes of the block loops.
@@ -247,21 +247,24 @@ inline void formG(int Y, int Cb, int Cr, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u((132184 * cb + S) >> 16));
 }
 
-}  // namespace ycbcr
 }  // inline namespace LUM_ISA_NS
+}  // namespace ycbcr
 }  // namespace lum
 
+namespace lum {
+namespace ycbcr {
+
 // One-row kernels: row pointers, the pixel count, the call's level.
-void innerRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
-void innerRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerRGBToYCbCr_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void innerRGBToYCbCr_C3P2_C3P2R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                                Lum8u* pCb, Lum8u* pCr, int width, lum::Isa isa);
-void innerYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
-void innerYCbCrToRGB_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+                                Lum8u* pCb, Lum8u* pCr, int width, Isa isa);
+void innerYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerYCbCrToRGB_AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void innerYCbCrToRGB_C3P2_C3P2R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pR,
-                                Lum8u* pG, Lum8u* pB, int width, lum::Isa isa);
+                                Lum8u* pG, Lum8u* pB, int width, Isa isa);
 void innerYCbCrToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
-                              int width, lum::Isa isa);
+                              int width, Isa isa);
 
 // Faster block loops: from pixel x (a multiple of the round) in rounds while
 // a whole round fits below end; each returns the first pixel not done, and
@@ -279,5 +282,8 @@ int blockRGBToYCbCr_P3_avx2(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, L
 int blockYCbCrToRGB_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end);
 int blockYCbCrToRGB_P3_avx2(const Lum8u* const src[3], Lum8u* const dst[3], int x, int end);
 int blockYCbCrToRGB_P3C3_avx2(const Lum8u* const src[3], Lum8u* pDst, int x, int end);
+
+}  // namespace ycbcr
+}  // namespace lum
 
 #endif  // LUM_PCCYCBCR_H

@@ -55,6 +55,9 @@ int passC(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pOut, int x,
 
 }  // namespace
 
+namespace lum {
+namespace ycbcr {
+
 int blockRGBToYCbCr_C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
   return c3toC3<formBLanes<I>>(pSrc, pDst, x, end);
 }
@@ -87,3 +90,6 @@ int blockYCbCrToRGB_P3C3_avx2(const Lum8u* const src[3], Lum8u* pDst, int x, int
   }
   return x;
 }
+
+}  // namespace ycbcr
+}  // namespace lum

@@ -18,6 +18,9 @@ struct NetSsse3 {
 
 }  // namespace
 
+namespace lum {
+namespace ycbcr {
+
 int blockRGBToYCbCr_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
   return blockC3toC3<NetSsse3>(pSrc, pDst, x, end, StepB{});
 }
@@ -27,3 +30,6 @@ int blockYCbCrToRGB_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
 int blockYCbCrToRGB_P3C3_ssse3(const Lum8u* const src[3], Lum8u* pDst, int x, int end) {
   return blockP3toC3<NetSsse3>(src, pDst, x, end, StepF{});
 }
+
+}  // namespace ycbcr
+}  // namespace lum

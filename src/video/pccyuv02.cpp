@@ -51,6 +51,9 @@ inline void putP3(const uint8_t rgb[3], Lum8u* pR, Lum8u* pG, Lum8u* pB, int x) 
 
 }  // namespace
 
+namespace lum {
+namespace yuvsub {
+
 // ===========================================================================
 // One-row kernels, 4:2:2 forward: the row walked by pairs (a block of 8
 // pairs is the 16 pixels of the block loop), then an odd last pixel.
@@ -461,6 +464,9 @@ LumStatus done422(LumSize) { return LumOk; }
 LumStatus done420(LumSize roi) { return ((roi.width | roi.height) & 1) ? LumWarnOddSize : LumOk; }
 
 }  // namespace
+
+}  // namespace yuvsub
+}  // namespace lum
 
 // ===========================================================================
 // Public functions, one macro a signature shape (lum_shapes.h): the checks

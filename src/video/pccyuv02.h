@@ -22,8 +22,8 @@
 #include "lumcc.h"
 
 namespace lum {
-inline namespace LUM_ISA_NS {
 namespace yuvsub {
+inline namespace LUM_ISA_NS {
 
 // Block sizes of the one-row kernels, in pixels (4:2:2) or cells (4:2:0).
 constexpr int kBlockRGBToYUV422 = 16;        // all three forward 4:2:2 kernels
@@ -287,41 +287,44 @@ inline void i4(int Y, int U, int V, uint8_t* rgb) {
   rgb[2] = static_cast<uint8_t>(sat8u((y + 16645 * u) >> 13));
 }
 
-}  // namespace yuvsub
 }  // inline namespace LUM_ISA_NS
+}  // namespace yuvsub
 }  // namespace lum
 
+
+namespace lum {
+namespace yuvsub {
 
 // ---------------------------------------------------------------------------
 // One-row kernels, taking the call's instruction-set level.  4:2:2: row
 // pointers and the pixel count.  4:2:0: two rows at once, counted in cells.
-void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void innerRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int width,
-                               lum::Isa isa);
+                               Isa isa);
 void innerRGBToYUV422_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pY,
-                             Lum8u* pU, Lum8u* pV, int width, lum::Isa isa);
-void innerYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, lum::Isa isa);
+                             Lum8u* pU, Lum8u* pV, int width, Isa isa);
+void innerYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void unrealYUV(const Lum8u* pSrc, Lum8u* pDst);
 void innerYUV422ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                               int width, lum::Isa isa);
+                               int width, Isa isa);
 void innerYUV422ToRGB_8u_P3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pR,
-                             Lum8u* pG, Lum8u* pB, int width, lum::Isa isa);
+                             Lum8u* pG, Lum8u* pB, int width, Isa isa);
 void innerYUV422ToRGB_8u_P3AC4R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
-                                int width, lum::Isa isa);
+                                int width, Isa isa);
 void innerRGBToYUV420_8u_C3P3R(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
-                               Lum8u* pU, Lum8u* pV, int cells, lum::Isa isa);
+                               Lum8u* pU, Lum8u* pV, int cells, Isa isa);
 void innerRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, int srcStep,
                              Lum8u* pY0, Lum8u* pY1, Lum8u* pU, Lum8u* pV, int cells,
-                             lum::Isa isa);
+                             Isa isa);
 void innerYUV420ToRGB_8u_P3C3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells,
-                               lum::Isa isa);
+                               Isa isa);
 void innerYUV420ToRGB_8u_P3AC4R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                                 const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells,
-                                lum::Isa isa);
+                                Isa isa);
 void innerYUV420ToRGB_8u_P3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                              const Lum8u* pV, Lum8u* pR, Lum8u* pG, Lum8u* pB, int dstStep,
-                             int cells, lum::Isa isa);
+                             int cells, Isa isa);
 
 // ---------------------------------------------------------------------------
 // Faster block loops.  Each converts from pixel (4:2:2) or cell (4:2:0) x,
@@ -363,5 +366,8 @@ int blockYUV420ToRGB_P3_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU
                              int endCells);
 int blockYUV420ToRGB_AC4_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                               const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int c, int endCells);
+
+}  // namespace yuvsub
+}  // namespace lum
 
 #endif  // LUM_PCCYUV02_H

@@ -168,6 +168,9 @@ inline void storeP3(Lum8u* const d[3], int x, const __m256i out[3]) {
 
 }  // namespace
 
+namespace lum {
+namespace yuvsub {
+
 // ===========================================================================
 // 4:2:2 forward.
 
@@ -321,3 +324,6 @@ int blockYUV420ToRGB_AC4_avx2(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* p
   }
   return c;
 }
+
+}  // namespace yuvsub
+}  // namespace lum

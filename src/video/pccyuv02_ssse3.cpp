@@ -18,6 +18,9 @@ struct NetSsse3 {
 
 }  // namespace
 
+namespace lum {
+namespace yuvsub {
+
 int blockRGBToYUV422_C3C2_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
   return blockRGBToYUV422_C3C2<NetSsse3>(pSrc, pDst, x, end);
 }
@@ -41,3 +44,6 @@ int blockYUV420ToRGB_P3C3_ssse3(const Lum8u* pY0, const Lum8u* pY1, const Lum8u*
   const StoreC3<NetSsse3> rows[2] = {{pRow0}, {pRow1}};
   return blockYUV420ToRGB_I1(pY0, pY1, pU, pV, c, endCells, rows);
 }
+
+}  // namespace yuvsub
+}  // namespace lum
