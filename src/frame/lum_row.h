@@ -113,6 +113,140 @@ inline void walkRow(const Src& s, const Dst& d, int width, BlockLoop&& block, Fo
   walkRow<kBlock>(width, block, PixelTail<Src, Dst, Formula>{s, d, tail});
 }
 
+// Three plane pointers as one argument (an array that lives for the call).
+template <class T>
+struct Planes3Of {
+  T* p[3];
+};
+inline Planes3Of<Lum8u> planes3(Lum8u* a, Lum8u* b, Lum8u* c) { return {{a, b, c}}; }
+inline Planes3Of<const Lum8u> planes3c(const Lum8u* a, const Lum8u* b, const Lum8u* c) {
+  return {{a, b, c}};
+}
+
+// ---------------------------------------------------------------------------
+// Block loops over 3-byte pixels and byte planes, for the formulas that take
+// 16 pixels a step as three byte registers in and three out (the network of
+// 3-byte pixels is a policy: Net3Sse2 or Net3Ssse3 of lum_simd.h).
+
+// Loads and stores of 16, 8 or 4 pixels: 3-byte pixels (exactly 3n bytes
+// read or written) and plane samples.
+template <class Net>
+inline void loadC3(const Lum8u* p, int n, __m128i c[3]) {
+  if (n == 16) return Net::load16(p, c);
+  if (n == 8) return deinterleave3x8(p, c);
+  alignas(16) Lum8u t[24] = {};
+  memcpy(t, p, 12);
+  deinterleave3x8(t, c);
+}
+template <class Net>
+inline void storeC3(const __m128i c[3], Lum8u* p, int n) {
+  if (n == 16) return Net::store16(c, p);
+  if (n == 8) return interleave3x8(c, p);
+  alignas(16) Lum8u t[24];
+  interleave3x8(c, t);
+  memcpy(p, t, 12);
+}
+inline __m128i loadPlane(const Lum8u* p, int n) {
+  if (n == 16) return loadu(p);
+  if (n == 8) return loadl64(p);
+  int32_t v;
+  memcpy(&v, p, 4);
+  return _mm_cvtsi32_si128(v);
+}
+inline void storePlane(Lum8u* p, __m128i v, int n) {
+  if (n == 16) return storeu(p, v);
+  if (n == 8) return storel64(p, v);
+  const int32_t s = _mm_cvtsi128_si32(v);
+  memcpy(p, &s, 4);
+}
+
+// Block loops from x to end in rounds of 32 pixels (SSE2, pixel-order
+// sides), then 16, then at most one of 8 and one of 4 (end is a multiple of
+// the kernel's block; the formula is per pixel, so only end matters).  Fn is
+// a 16-pixel step on byte registers.  Each returns end.
+template <class Net, class Fn>
+inline int blockC3toC3(const Lum8u* s, Lum8u* d, int x, int end, Fn fn) {
+  if constexpr (Net::kRound32) {
+    for (; x + 32 <= end; x += 32) {
+      Planes8x32 p = deinterleave3x32(s + 3 * x), q;
+      for (int h = 0; h < 2; ++h) {
+        const __m128i in[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
+        __m128i out[3];
+        fn(in, out);
+        for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
+      }
+      interleave3x32(q, d + 3 * x);
+    }
+  }
+  for (int n = 16; n >= 4; n >>= 1)
+    for (; x + n <= end; x += n) {
+      __m128i in[3], out[3];
+      loadC3<Net>(s + 3 * x, n, in);
+      fn(in, out);
+      storeC3<Net>(out, d + 3 * x, n);
+    }
+  return x;
+}
+template <class Fn>
+inline int blockP3toP3(const Lum8u* const s[3], Lum8u* const d[3], int x, int end, Fn fn) {
+  for (int n = 16; n >= 4; n >>= 1)
+    for (; x + n <= end; x += n) {
+      const __m128i in[3] = {loadPlane(s[0] + x, n), loadPlane(s[1] + x, n),
+                             loadPlane(s[2] + x, n)};
+      __m128i out[3];
+      fn(in, out);
+      for (int k = 0; k < 3; ++k) storePlane(d[k] + x, out[k], n);
+    }
+  return x;
+}
+template <class Net, class Fn>
+inline int blockP3toC3(const Lum8u* const s[3], Lum8u* d, int x, int end, Fn fn) {
+  if constexpr (Net::kRound32) {
+    for (; x + 32 <= end; x += 32) {
+      Planes8x32 q;
+      for (int h = 0; h < 2; ++h) {
+        const int o = x + 16 * h;
+        const __m128i in[3] = {loadu(s[0] + o), loadu(s[1] + o), loadu(s[2] + o)};
+        __m128i out[3];
+        fn(in, out);
+        for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
+      }
+      interleave3x32(q, d + 3 * x);
+    }
+  }
+  for (int n = 16; n >= 4; n >>= 1)
+    for (; x + n <= end; x += n) {
+      const __m128i in[3] = {loadPlane(s[0] + x, n), loadPlane(s[1] + x, n),
+                             loadPlane(s[2] + x, n)};
+      __m128i out[3];
+      fn(in, out);
+      storeC3<Net>(out, d + 3 * x, n);
+    }
+  return x;
+}
+template <class Net, class Fn>
+inline int blockC3toP3(const Lum8u* s, Lum8u* const d[3], int x, int end, Fn fn) {
+  if constexpr (Net::kRound32) {
+    for (; x + 32 <= end; x += 32) {
+      const Planes8x32 p = deinterleave3x32(s + 3 * x);
+      for (int h = 0; h < 2; ++h) {
+        const __m128i in[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
+        __m128i out[3];
+        fn(in, out);
+        for (int k = 0; k < 3; ++k) storeu(d[k] + x + 16 * h, out[k]);
+      }
+    }
+  }
+  for (int n = 16; n >= 4; n >>= 1)
+    for (; x + n <= end; x += n) {
+      __m128i in[3], out[3];
+      loadC3<Net>(s + 3 * x, n, in);
+      fn(in, out);
+      for (int k = 0; k < 3; ++k) storePlane(d[k] + x, out[k], n);
+    }
+  return x;
+}
+
 // ---------------------------------------------------------------------------
 // Loads and stores of four pixels: one sample a 32-bit lane (floats or
 // integers), channel k of the four pixels in register k.

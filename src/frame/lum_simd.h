@@ -320,6 +320,23 @@ inline void interleave3x16Ssse3(const __m128i c[3], uint8_t* p) {
 }
 #endif  // __SSSE3__
 
+// The (de)interleave networks of 3-byte pixels as block-loop policies:
+// Net3Sse2 takes 32 pixels a round through the six-register network, then 16;
+// Net3Ssse3 (units compiled for SSSE3 or more) 16 by byte shuffles.  Both
+// give the same bytes.
+struct Net3Sse2 {
+  static constexpr bool kRound32 = true;
+  static void load16(const uint8_t* p, __m128i c[3]) { deinterleave3x16(p, c); }
+  static void store16(const __m128i c[3], uint8_t* p) { interleave3x16(c, p); }
+};
+#if defined(__SSSE3__)
+struct Net3Ssse3 {
+  static constexpr bool kRound32 = false;
+  static void load16(const uint8_t* p, __m128i c[3]) { deinterleave3x16Ssse3(p, c); }
+  static void store16(const __m128i c[3], uint8_t* p) { interleave3x16Ssse3(c, p); }
+};
+#endif
+
 // Widen bytes to 16-bit lanes.
 inline __m128i lo8to16(__m128i v) { return _mm_unpacklo_epi8(v, _mm_setzero_si128()); }
 inline __m128i hi8to16(__m128i v) { return _mm_unpackhi_epi8(v, _mm_setzero_si128()); }

@@ -56,7 +56,7 @@ void innerRGBToYCbCr_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) 
     return byLevel(isa, end,
         [&](int x, int e) { return blockRGBToYCbCr_C3_avx2(pSrc, pDst, x, e); },
         [&](int x, int e) { return blockRGBToYCbCr_C3_ssse3(pSrc, pDst, x, e); },
-        [&](int x, int e) { return blockC3toC3<NetSse2>(pSrc, pDst, x, e, StepB{}); });
+        [&](int x, int e) { return blockC3toC3<Net3Sse2>(pSrc, pDst, x, e, StepB{}); });
   }, formA);
 }
 
@@ -81,7 +81,7 @@ void innerYCbCrToRGB_C3_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) 
     return byLevel(isa, end,
         [&](int x, int e) { return blockYCbCrToRGB_C3_avx2(pSrc, pDst, x, e); },
         [&](int x, int e) { return blockYCbCrToRGB_C3_ssse3(pSrc, pDst, x, e); },
-        [&](int x, int e) { return blockC3toC3<NetSse2>(pSrc, pDst, x, e, StepE{}); });
+        [&](int x, int e) { return blockC3toC3<Net3Sse2>(pSrc, pDst, x, e, StepE{}); });
   }, formD);
 }
 
@@ -112,7 +112,7 @@ void innerYCbCrToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pC
         return byLevel(isa, end,
             [&](int x, int e) { return blockYCbCrToRGB_P3C3_avx2(src, pDst, x, e); },
             [&](int x, int e) { return blockYCbCrToRGB_P3C3_ssse3(src, pDst, x, e); },
-            [&](int x, int e) { return blockP3toC3<NetSse2>(src, pDst, x, e, StepF{}); });
+            [&](int x, int e) { return blockP3toC3<Net3Sse2>(src, pDst, x, e, StepF{}); });
       }, formG);
 }
 

@@ -10,11 +10,6 @@ namespace {
 
 using namespace ycbcrblocks;
 
-struct NetSsse3 {
-  static constexpr bool kRound32 = false;
-  static void load16(const Lum8u* p, __m128i c[3]) { deinterleave3x16Ssse3(p, c); }
-  static void store16(const __m128i c[3], Lum8u* p) { interleave3x16Ssse3(c, p); }
-};
 
 }  // namespace
 
@@ -22,13 +17,13 @@ namespace lum {
 namespace ycbcr {
 
 int blockRGBToYCbCr_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
-  return blockC3toC3<NetSsse3>(pSrc, pDst, x, end, StepB{});
+  return blockC3toC3<Net3Ssse3>(pSrc, pDst, x, end, StepB{});
 }
 int blockYCbCrToRGB_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
-  return blockC3toC3<NetSsse3>(pSrc, pDst, x, end, StepE{});
+  return blockC3toC3<Net3Ssse3>(pSrc, pDst, x, end, StepE{});
 }
 int blockYCbCrToRGB_P3C3_ssse3(const Lum8u* const src[3], Lum8u* pDst, int x, int end) {
-  return blockP3toC3<NetSsse3>(src, pDst, x, end, StepF{});
+  return blockP3toC3<Net3Ssse3>(src, pDst, x, end, StepF{});
 }
 
 }  // namespace ycbcr

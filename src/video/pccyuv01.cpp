@@ -70,7 +70,7 @@ inline void passP3(const Lum8u* p0, const Lum8u* p1, const Lum8u* p2, Lum8u* pOu
 void innerRGBToYUV_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
   walkRow<kBlockRGBToYUV_C3>(PixC3<const Lum8u>{pSrc}, PixC3<Lum8u>{pDst}, width, [&](int end) {
     return isa >= kIsaSsse3 ? blockRGBToYUV_C3_ssse3(pSrc, pDst, end)
-                            : blockC3toC3<NetSse2>(pSrc, pDst, end, StepF1{});
+                            : blockC3toC3<Net3Sse2>(pSrc, pDst, 0, end, StepF1{});
   }, f3);
 }
 
@@ -96,7 +96,7 @@ void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, 
                             Isa isa) {
   walkRow<kBlockRGBToYUV_C3P3>(PixC3<const Lum8u>{pSrc}, PixP3<Lum8u>{{pY, pU, pV}}, width, [&](int end) {
     return isa >= kIsaSsse3 ? blockRGBToYUV_C3P3_ssse3(pSrc, pY, pU, pV, end)
-                            : blockC3toP3<NetSse2>(pSrc, pY, pU, pV, end, StepF1{});
+                            : blockC3toP3<Net3Sse2>(pSrc, planes3(pY, pU, pV).p, 0, end, StepF1{});
   }, f5Tail);
 }
 
@@ -104,7 +104,7 @@ void innerRGBToYUV_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, 
 void innerYUVToRGB_8u_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
   walkRow<kBlockYUVToRGB_C3>(PixC3<const Lum8u>{pSrc}, PixC3<Lum8u>{pDst}, width, [&](int end) {
     return isa >= kIsaSsse3 ? blockYUVToRGB_C3_ssse3(pSrc, pDst, end)
-                            : blockC3toC3<NetSse2>(pSrc, pDst, end, StepG1{});
+                            : blockC3toC3<Net3Sse2>(pSrc, pDst, 0, end, StepG1{});
   }, g1);
 }
 
@@ -130,7 +130,7 @@ void innerYUVToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, L
                             int width, Isa isa) {
   walkRow<kBlockYUVToRGB_P3C3>(PixP3<const Lum8u>{{pY, pU, pV}}, PixC3<Lum8u>{pDst}, width, [&](int end) {
     return isa >= kIsaSsse3 ? blockYUVToRGB_P3C3_ssse3(pY, pU, pV, pDst, end)
-                            : blockP3toC3<NetSse2>(pY, pU, pV, pDst, end, StepG4{});
+                            : blockP3toC3<Net3Sse2>(planes3c(pY, pU, pV).p, pDst, 0, end, StepG4{});
   }, g4);
 }
 

@@ -8,6 +8,7 @@
 
 #include <string.h>
 
+#include "frame/lum_row.h"
 #include "frame/lum_simd.h"
 #include "lumcc.h"
 
@@ -86,112 +87,9 @@ inline void g4x16(const __m128i in[3], __m128i out[3]) {
   out[2] = vPackS16U8(Bl, Bh);
 }
 
-// The SSE2 network: 32 pixels a round through six registers, then 16.
-struct NetSse2 {
-  static constexpr bool kRound32 = true;
-  static void load16(const Lum8u* p, __m128i c[3]) { deinterleave3x16(p, c); }
-  static void store16(const __m128i c[3], Lum8u* p) { interleave3x16(c, p); }
-};
-
-// Block loops over [0, end), end a multiple of 8: rounds of 32 pixels (where
-// the network has them), then 16, then 8.  fn is a 16-pixel step: three
-// byte registers in, three out.  Each returns the first pixel not done.
-template <class Net, class Fn16>
-inline int blockC3toC3(const Lum8u* s, Lum8u* d, int end, Fn16 fn) {
-  int x = 0;
-  if constexpr (Net::kRound32) {
-    for (; x + 32 <= end; x += 32) {
-      Planes8x32 p = deinterleave3x32(s + 3 * x), q;
-      for (int h = 0; h < 2; ++h) {
-        const __m128i in[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
-        __m128i out[3];
-        fn(in, out);
-        for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
-      }
-      interleave3x32(q, d + 3 * x);
-    }
-  }
-  for (; x + 16 <= end; x += 16) {
-    __m128i in[3], out[3];
-    Net::load16(s + 3 * x, in);
-    fn(in, out);
-    Net::store16(out, d + 3 * x);
-  }
-  for (; x + 8 <= end; x += 8) {
-    __m128i in[3], out[3];
-    deinterleave3x8(s + 3 * x, in);
-    fn(in, out);
-    interleave3x8(out, d + 3 * x);
-  }
-  return x;
-}
-
-template <class Net, class Fn16>
-inline int blockC3toP3(const Lum8u* s, Lum8u* p0, Lum8u* p1, Lum8u* p2, int end, Fn16 fn) {
-  int x = 0;
-  if constexpr (Net::kRound32) {
-    for (; x + 32 <= end; x += 32) {
-      const Planes8x32 p = deinterleave3x32(s + 3 * x);
-      for (int h = 0; h < 2; ++h) {
-        const __m128i in[3] = {p.c[0][h], p.c[1][h], p.c[2][h]};
-        __m128i out[3];
-        fn(in, out);
-        storeu(p0 + x + 16 * h, out[0]);
-        storeu(p1 + x + 16 * h, out[1]);
-        storeu(p2 + x + 16 * h, out[2]);
-      }
-    }
-  }
-  for (; x + 16 <= end; x += 16) {
-    __m128i in[3], out[3];
-    Net::load16(s + 3 * x, in);
-    fn(in, out);
-    storeu(p0 + x, out[0]);
-    storeu(p1 + x, out[1]);
-    storeu(p2 + x, out[2]);
-  }
-  for (; x + 8 <= end; x += 8) {
-    __m128i in[3], out[3];
-    deinterleave3x8(s + 3 * x, in);
-    fn(in, out);
-    storel64(p0 + x, out[0]);
-    storel64(p1 + x, out[1]);
-    storel64(p2 + x, out[2]);
-  }
-  return x;
-}
-
-template <class Net, class Fn16>
-inline int blockP3toC3(const Lum8u* p0, const Lum8u* p1, const Lum8u* p2, Lum8u* d, int end,
-                       Fn16 fn) {
-  int x = 0;
-  if constexpr (Net::kRound32) {
-    for (; x + 32 <= end; x += 32) {
-      Planes8x32 q;
-      for (int h = 0; h < 2; ++h) {
-        const int o = x + 16 * h;
-        const __m128i in[3] = {loadu(p0 + o), loadu(p1 + o), loadu(p2 + o)};
-        __m128i out[3];
-        fn(in, out);
-        for (int k = 0; k < 3; ++k) q.c[k][h] = out[k];
-      }
-      interleave3x32(q, d + 3 * x);
-    }
-  }
-  for (; x + 16 <= end; x += 16) {
-    const __m128i in[3] = {loadu(p0 + x), loadu(p1 + x), loadu(p2 + x)};
-    __m128i out[3];
-    fn(in, out);
-    Net::store16(out, d + 3 * x);
-  }
-  for (; x + 8 <= end; x += 8) {
-    const __m128i in[3] = {loadl64(p0 + x), loadl64(p1 + x), loadl64(p2 + x)};
-    __m128i out[3];
-    fn(in, out);
-    interleave3x8(out, d + 3 * x);
-  }
-  return x;
-}
+// The block loops over 3-byte pixels and planes (blockC3toC3, blockC3toP3,
+// blockP3toC3) and the networks are the shared ones of lum_row.h and
+// lum_simd.h.
 
 // The 16-pixel steps of the four pixel-order kernels.
 struct StepF1 {

@@ -9,11 +9,6 @@ namespace {
 
 using namespace yuv444blocks;
 
-struct NetSsse3 {
-  static constexpr bool kRound32 = false;
-  static void load16(const Lum8u* p, __m128i c[3]) { deinterleave3x16Ssse3(p, c); }
-  static void store16(const __m128i c[3], Lum8u* p) { interleave3x16Ssse3(c, p); }
-};
 
 }  // namespace
 
@@ -21,17 +16,17 @@ namespace lum {
 namespace yuv444 {
 
 int blockRGBToYUV_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end) {
-  return blockC3toC3<NetSsse3>(pSrc, pDst, end, StepF1{});
+  return blockC3toC3<Net3Ssse3>(pSrc, pDst, 0, end, StepF1{});
 }
 int blockRGBToYUV_C3P3_ssse3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int end) {
-  return blockC3toP3<NetSsse3>(pSrc, pY, pU, pV, end, StepF1{});
+  return blockC3toP3<Net3Ssse3>(pSrc, planes3(pY, pU, pV).p, 0, end, StepF1{});
 }
 int blockYUVToRGB_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int end) {
-  return blockC3toC3<NetSsse3>(pSrc, pDst, end, StepG1{});
+  return blockC3toC3<Net3Ssse3>(pSrc, pDst, 0, end, StepG1{});
 }
 int blockYUVToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
                              int end) {
-  return blockP3toC3<NetSsse3>(pY, pU, pV, pDst, end, StepG4{});
+  return blockP3toC3<Net3Ssse3>(planes3c(pY, pU, pV).p, pDst, 0, end, StepG4{});
 }
 
 }  // namespace yuv444

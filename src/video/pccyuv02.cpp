@@ -64,7 +64,7 @@ void innerRGBToYUV422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa is
     return byLevel(isa, 2 * endPairs,
         [&](int x, int end) { return blockRGBToYUV422_C3C2_avx2(pSrc, pDst, x, end); },
         [&](int x, int end) { return blockRGBToYUV422_C3C2_ssse3(pSrc, pDst, x, end); },
-        [&](int x, int end) { return blockRGBToYUV422_C3C2<NetSse2>(pSrc, pDst, x, end); }) / 2;
+        [&](int x, int end) { return blockRGBToYUV422_C3C2<Net3Sse2>(pSrc, pDst, x, end); }) / 2;
   }, [&](int k) {
     const int x = 2 * k;
     int p0[3], p1[3];
@@ -86,7 +86,7 @@ void innerRGBToYUV422_8u_C3P3R(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* p
     return byLevel(isa, 2 * endPairs,
         [&](int x, int end) { return blockRGBToYUV422_C3P3_avx2(pSrc, pY, pU, pV, x, end); },
         [&](int x, int end) { return blockRGBToYUV422_C3P3_ssse3(pSrc, pY, pU, pV, x, end); },
-        [&](int x, int end) { return blockRGBToYUV422_C3P3<NetSse2>(pSrc, pY, pU, pV, x, end); }) / 2;
+        [&](int x, int end) { return blockRGBToYUV422_C3P3<Net3Sse2>(pSrc, pY, pU, pV, x, end); }) / 2;
   }, [&](int k) {
     int p0[3], p1[3];
     px3(pSrc, 2 * k, p0);
@@ -126,7 +126,7 @@ void innerYUV422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa is
     return byLevel(isa, 2 * endPairs,
         [&](int x, int end) { return blockYUV422ToRGB_C2C3_avx2(pSrc, pDst, x, end); },
         [&](int x, int end) { return blockYUV422ToRGB_C2C3_ssse3(pSrc, pDst, x, end); },
-        [&](int x, int end) { return blockYUV422ToRGB_C2C3<NetSse2>(pSrc, pDst, x, end); }) / 2;
+        [&](int x, int end) { return blockYUV422ToRGB_C2C3<Net3Sse2>(pSrc, pDst, x, end); }) / 2;
   }, [&](int k) {
     const Lum8u* s = pSrc + 4 * k;
     i1(s[0], s[1], s[3], pDst + 6 * k);
@@ -146,7 +146,7 @@ void innerYUV422ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV
     return byLevel(isa, end,
         [&](int x, int e) { return blockYUV422ToRGB_P3C3_avx2(pY, pU, pV, pDst, x, e); },
         [&](int x, int e) { return blockYUV422ToRGB_P3C3_ssse3(pY, pU, pV, pDst, x, e); },
-        [&](int x, int e) { return blockYUV422ToRGB_I1(pY, pU, pV, x, e, StoreC3<NetSse2>{pDst}); });
+        [&](int x, int e) { return blockYUV422ToRGB_I1(pY, pU, pV, x, e, StoreC3<Net3Sse2>{pDst}); });
   }, [&](int x) { i3(pY[x], pU[x >> 1], pV[x >> 1], pDst + 3 * x); });
 }
 
@@ -197,7 +197,7 @@ void innerRGBToYUV420_8u_C3P3R(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY
     return byLevel(isa, end,
         [&](int c, int e) { return blockRGBToYUV420_C3P3_avx2(pRow0, pRow1, pY0, pY1, pU, pV, c, e); },
         [&](int c, int e) { return blockRGBToYUV420_C3P3_ssse3(pRow0, pRow1, pY0, pY1, pU, pV, c, e); },
-        [&](int c, int e) { return blockRGBToYUV420_C3P3<NetSse2>(pRow0, pRow1, pY0, pY1, pU, pV, c, e); });
+        [&](int c, int e) { return blockRGBToYUV420_C3P3<Net3Sse2>(pRow0, pRow1, pY0, pY1, pU, pV, c, e); });
   }, [&](int c) {
     const Lum8u* const rows[2] = {pRow0, pRow1};
     Lum8u* const yRows[2] = {pY0, pY1};
@@ -246,7 +246,7 @@ void innerRGBToYUV420_8u_P3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, 
 // I1 on all cells.
 void innerYUV420ToRGB_8u_P3C3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                                const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int cells, Isa isa) {
-  const StoreC3<NetSse2> rows[2] = {{pRow0}, {pRow1}};
+  const StoreC3<Net3Sse2> rows[2] = {{pRow0}, {pRow1}};
   walkRow<kBlockYUV420ToRGB_Cells>(cells, [&](int end) {
     return byLevel(isa, end,
         [&](int c, int e) { return blockYUV420ToRGB_P3C3_avx2(pY0, pY1, pU, pV, pRow0, pRow1, c, e); },

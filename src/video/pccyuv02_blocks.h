@@ -129,11 +129,6 @@ inline __m128i load16(const void* p) {
 // ---------------------------------------------------------------------------
 // The (de)interleave of 3-byte pixels.  SSE2: 32 pixels a round through the
 // six-register network, then 16; SSSE3: 16 by byte shuffles.
-struct NetSse2 {
-  static constexpr bool kRound32 = true;
-  static void load16(const Lum8u* p, __m128i c[3]) { deinterleave3x16(p, c); }
-  static void store16(const __m128i c[3], Lum8u* p) { interleave3x16(c, p); }
-};
 
 // Stores of three results for 16 pixels (put) or 32 pixels (put32): pixel
 // order, or three planes.

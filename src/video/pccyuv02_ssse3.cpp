@@ -10,11 +10,6 @@ namespace {
 
 using namespace yuvsubblocks;
 
-struct NetSsse3 {
-  static constexpr bool kRound32 = false;
-  static void load16(const Lum8u* p, __m128i c[3]) { deinterleave3x16Ssse3(p, c); }
-  static void store16(const __m128i c[3], Lum8u* p) { interleave3x16Ssse3(c, p); }
-};
 
 }  // namespace
 
@@ -22,26 +17,26 @@ namespace lum {
 namespace yuvsub {
 
 int blockRGBToYUV422_C3C2_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
-  return blockRGBToYUV422_C3C2<NetSsse3>(pSrc, pDst, x, end);
+  return blockRGBToYUV422_C3C2<Net3Ssse3>(pSrc, pDst, x, end);
 }
 int blockRGBToYUV422_C3P3_ssse3(const Lum8u* pSrc, Lum8u* pY, Lum8u* pU, Lum8u* pV, int x,
                                 int end) {
-  return blockRGBToYUV422_C3P3<NetSsse3>(pSrc, pY, pU, pV, x, end);
+  return blockRGBToYUV422_C3P3<Net3Ssse3>(pSrc, pY, pU, pV, x, end);
 }
 int blockYUV422ToRGB_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int x, int end) {
-  return blockYUV422ToRGB_C2C3<NetSsse3>(pSrc, pDst, x, end);
+  return blockYUV422ToRGB_C2C3<Net3Ssse3>(pSrc, pDst, x, end);
 }
 int blockYUV422ToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pU, const Lum8u* pV, Lum8u* pDst,
                                 int x, int end) {
-  return blockYUV422ToRGB_I1(pY, pU, pV, x, end, StoreC3<NetSsse3>{pDst});
+  return blockYUV422ToRGB_I1(pY, pU, pV, x, end, StoreC3<Net3Ssse3>{pDst});
 }
 int blockRGBToYUV420_C3P3_ssse3(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
                                 Lum8u* pU, Lum8u* pV, int c, int endCells) {
-  return blockRGBToYUV420_C3P3<NetSsse3>(pRow0, pRow1, pY0, pY1, pU, pV, c, endCells);
+  return blockRGBToYUV420_C3P3<Net3Ssse3>(pRow0, pRow1, pY0, pY1, pU, pV, c, endCells);
 }
 int blockYUV420ToRGB_P3C3_ssse3(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pU,
                                 const Lum8u* pV, Lum8u* pRow0, Lum8u* pRow1, int c, int endCells) {
-  const StoreC3<NetSsse3> rows[2] = {{pRow0}, {pRow1}};
+  const StoreC3<Net3Ssse3> rows[2] = {{pRow0}, {pRow1}};
   return blockYUV420ToRGB_I1(pY0, pY1, pU, pV, c, endCells, rows);
 }
 
