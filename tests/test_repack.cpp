@@ -262,24 +262,34 @@ class RepackFn : public ::testing::TestWithParam<int> {
   Fn f() const { return allFns()[static_cast<size_t>(GetParam())]; }
 };
 
+// At every instruction-set level: the faster rounds (SSSE3, AVX2), the SSE2
+// block loop and the tail all meet the model, across their round lengths.
 TEST_P(RepackFn, MatchesTheLayoutModelForEveryWidthAndOddSizes) {
   const Fn fn = f();
-  int seed = 1;
-  for (int W = fn.minW; W <= 70; ++W)
-    for (int H : {fn.minH ? fn.minH : 1, 3, 4})
-      checkOne(fn, W, H, false, seed++);
-  for (LumSize sz : {LumSize{129, 5}, LumSize{1000, 3}, LumSize{1027, 2}, LumSize{255, 7}})
-    checkOne(fn, sz.width, sz.height, false, seed++);
+  for (lum::Isa level : lumtest::isaLevels()) {
+    SCOPED_TRACE(lumtest::isaName(level));
+    lumtest::IsaCap cap(level);
+    int seed = 1;
+    for (int W = fn.minW; W <= 70; ++W)
+      for (int H : {fn.minH ? fn.minH : 1, 3, 4})
+        checkOne(fn, W, H, false, seed++);
+    for (LumSize sz : {LumSize{129, 5}, LumSize{1000, 3}, LumSize{1027, 2}, LumSize{255, 7}})
+      checkOne(fn, sz.width, sz.height, false, seed++);
+  }
 }
 
 TEST_P(RepackFn, AlignedAndUnalignedFramesGiveTheirStatedBytes) {
   // Aligned rows and steps, small and large: the large frames take the
   // non-temporal loops and copies where a kernel has them.
   const Fn fn = f();
-  for (LumSize sz : {LumSize{64, 4}, LumSize{96, 6}, LumSize{72, 2}, LumSize{1024, 540},
-                     LumSize{1016, 540}}) {
-    checkOne(fn, sz.width, sz.height, true, 3);
-    checkOne(fn, sz.width, sz.height, false, 4);
+  for (lum::Isa level : lumtest::isaLevels()) {
+    SCOPED_TRACE(lumtest::isaName(level));
+    lumtest::IsaCap cap(level);
+    for (LumSize sz : {LumSize{64, 4}, LumSize{96, 6}, LumSize{72, 2}, LumSize{1024, 540},
+                       LumSize{1016, 540}}) {
+      checkOne(fn, sz.width, sz.height, true, 3);
+      checkOne(fn, sz.width, sz.height, false, 4);
+    }
   }
 }
 

@@ -15,6 +15,14 @@
 // (non-temporal 16-byte stores, destination 16-byte aligned, fenced at the
 // end of the kernel) or Aligned (aligned loads and stores of the main
 // streams).
+//
+// Faster rounds: where the call's Isa allows, a row first runs the whole
+// rounds of the form's SSSE3 (pshufb splits of C2 pairs, the C2 chroma
+// exchange) or AVX2 block (32-byte rounds of the C2 splits, the C2 merge and
+// the plane (de)interleaves), in pccrepack_ssse3.cpp and pccrepack_avx2.cpp;
+// they keep the store policy (16-byte non-temporal stores stay 16-byte
+// non-temporal stores) and give the SSE2 block's bytes.  The SSE2 block loop
+// and the tail take the rest of the row.
 #include "repack/pccrepack.h"
 
 #include <emmintrin.h>
@@ -23,7 +31,9 @@
 #include <string.h>
 
 #include <initializer_list>
+#include <type_traits>
 
+#include "frame/lum_cpu.h"
 #include "frame/lum_frame.h"
 #include "frame/lum_simd.h"
 #include "frame/pccsupport.h"
@@ -32,7 +42,9 @@
 using lum::rowPtr;
 using u8 = Lum8u;
 
-namespace {
+namespace lum {
+namespace repack {
+inline namespace LUM_ISA_NS {
 
 // ---------------------------------------------------------------------------
 // Store policies.
@@ -602,11 +614,75 @@ struct SwapC2Chroma {
   }
 };
 
-// One row: the block while a whole block is left, then a half and a quarter
-// block where they fit, then the scalar form for the rest.
+// Faster rounds of a form: the whole rounds of its SSSE3 or AVX2 block
+// (pccrepack_ssse3.cpp, pccrepack_avx2.cpp) when the call's Isa allows;
+// returns the units done.  Forms without a faster block do none.
+template <class M>
+constexpr Store storeOf() {
+  return std::is_same<M, Stream>::value
+             ? Store::Stream
+             : (std::is_same<M, Aligned>::value ? Store::Aligned : Store::Plain);
+}
+template <class F>
+struct Faster {
+  template <class M, class... A>
+  static int run(Isa, int, A...) {
+    return 0;
+  }
+};
+template <bool YOdd>
+struct Faster<SplitC2<YOdd>> {
+  template <class M>
+  static int run(Isa isa, int n, const u8* s, u8* y, u8* a, u8* b) {
+    if (isa >= kIsaAvx2) return splitC2_avx2(n, YOdd, storeOf<M>(), s, y, a, b);
+    if (isa >= kIsaSsse3) return splitC2_ssse3(n, YOdd, storeOf<M>(), s, y, a, b);
+    return 0;
+  }
+};
+template <bool YOdd>
+struct Faster<LumaC2<YOdd>> {
+  template <class M>
+  static int run(Isa isa, int n, const u8* s, u8* y) {
+    return isa >= kIsaAvx2 ? lumaC2_avx2(n, YOdd, storeOf<M>(), s, y) : 0;
+  }
+};
+template <>
+struct Faster<SwapC2Chroma> {
+  template <class M>
+  static int run(Isa isa, int n, const u8* s, u8* d) {
+    if (isa >= kIsaAvx2) return swapC2Chroma_avx2(n, storeOf<M>(), s, d);
+    if (isa >= kIsaSsse3) return swapC2Chroma_ssse3(n, storeOf<M>(), s, d);
+    return 0;
+  }
+};
+template <>
+struct Faster<PackC2> {
+  template <class M>
+  static int run(Isa isa, int n, const u8* y, const u8* a, const u8* b, u8* d) {
+    return isa >= kIsaAvx2 ? packC2_avx2(n, storeOf<M>(), y, a, b, d) : 0;
+  }
+};
+template <>
+struct Faster<Interleave2> {
+  template <class M>
+  static int run(Isa isa, int n, const u8* a, const u8* b, u8* d) {
+    return isa >= kIsaAvx2 ? interleave2_avx2(n, storeOf<M>(), a, b, d) : 0;
+  }
+};
+template <>
+struct Faster<Deinterleave2> {
+  template <class M>
+  static int run(Isa isa, int n, const u8* s, u8* a, u8* b) {
+    return isa >= kIsaAvx2 ? deinterleave2_avx2(n, storeOf<M>(), s, a, b) : 0;
+  }
+};
+
+// One row: the faster rounds the call's Isa allows, then the block while a
+// whole block is left, then a half and a quarter block where they fit, then
+// the scalar form for the rest.
 template <class F, class M = Plain, class... A>
-inline void row(int n, A... a) {
-  int i = 0;
+inline void row(Isa isa, int n, A... a) {
+  int i = Faster<F>::template run<M>(isa, n, a...);
   for (; i + F::kBlock <= n; i += F::kBlock) F::template block<M>(i, a...);
   if (i + F::kBlock / 2 <= n) {
     F::template half<M>(i, a...);
@@ -632,7 +708,9 @@ struct FormCall;
 #define LUM_FORM_CALL(F, SIG_ARGS)                                                   \
   template <>                                                                        \
   struct FormCall<F> {                                                               \
-    static void vec(const u8* const* s, u8* const* d, int n) { row<F>(n, SIG_ARGS); } \
+    static void vec(const u8* const* s, u8* const* d, int n, Isa isa) {               \
+      row<F>(isa, n, SIG_ARGS);                                                      \
+    }                                                                                \
     static void scalar(const u8* const* s, u8* const* d, int n) {                     \
       rowScalar<F>(n, SIG_ARGS);                                                     \
     }                                                                                \
@@ -661,8 +739,8 @@ LUM_FORM_CALL(MergeSplitPairs, S2_D2)
 LUM_FORM_CALL(SwapC2Chroma, S_D1)
 template <>
 struct FormCall<SplitC2To411<false, false>> {
-  static void vec(const u8* const* s, u8* const* d, int n) {
-    row<SplitC2To411<false, false>>(n, s[0], d[0], d[1], d[2]);
+  static void vec(const u8* const* s, u8* const* d, int n, Isa isa) {
+    row<SplitC2To411<false, false>>(isa, n, s[0], d[0], d[1], d[2]);
   }
   static void scalar(const u8* const* s, u8* const* d, int n) {
     rowScalar<SplitC2To411<false, false>>(n, s[0], d[0], d[1], d[2]);
@@ -670,8 +748,8 @@ struct FormCall<SplitC2To411<false, false>> {
 };
 template <>
 struct FormCall<SplitC2To411<true, false>> {
-  static void vec(const u8* const* s, u8* const* d, int n) {
-    row<SplitC2To411<true, false>>(n, s[0], d[0], d[1], d[2]);
+  static void vec(const u8* const* s, u8* const* d, int n, Isa isa) {
+    row<SplitC2To411<true, false>>(isa, n, s[0], d[0], d[1], d[2]);
   }
   static void scalar(const u8* const* s, u8* const* d, int n) {
     rowScalar<SplitC2To411<true, false>>(n, s[0], d[0], d[1], d[2]);
@@ -679,8 +757,8 @@ struct FormCall<SplitC2To411<true, false>> {
 };
 template <>
 struct FormCall<SplitC2To411<false, true>> {
-  static void vec(const u8* const* s, u8* const* d, int n) {
-    row<SplitC2To411<false, true>>(n, s[0], d[0], d[1], static_cast<u8*>(nullptr));
+  static void vec(const u8* const* s, u8* const* d, int n, Isa isa) {
+    row<SplitC2To411<false, true>>(isa, n, s[0], d[0], d[1], static_cast<u8*>(nullptr));
   }
   static void scalar(const u8* const* s, u8* const* d, int n) {
     rowScalar<SplitC2To411<false, true>>(n, s[0], d[0], d[1], static_cast<u8*>(nullptr));
@@ -688,8 +766,8 @@ struct FormCall<SplitC2To411<false, true>> {
 };
 template <>
 struct FormCall<Split4> {
-  static void vec(const u8* const* s, u8* const* d, int n) {
-    row<Split4>(n, s[0], d[0], d[1], d[2], d[3]);
+  static void vec(const u8* const* s, u8* const* d, int n, Isa isa) {
+    row<Split4>(isa, n, s[0], d[0], d[1], d[2], d[3]);
   }
   static void scalar(const u8* const* s, u8* const* d, int n) {
     rowScalar<Split4>(n, s[0], d[0], d[1], d[2], d[3]);
@@ -697,8 +775,8 @@ struct FormCall<Split4> {
 };
 template <>
 struct FormCall<Merge4> {
-  static void vec(const u8* const* s, u8* const* d, int n) {
-    row<Merge4>(n, s[0], s[1], s[2], s[3], d[0]);
+  static void vec(const u8* const* s, u8* const* d, int n, Isa isa) {
+    row<Merge4>(isa, n, s[0], s[1], s[2], s[3], d[0]);
   }
   static void scalar(const u8* const* s, u8* const* d, int n) {
     rowScalar<Merge4>(n, s[0], s[1], s[2], s[3], d[0]);
@@ -763,7 +841,9 @@ void c2DestRows(bool nonTemporal, int height, RowFn fn) {
   }
 }
 
-}  // namespace
+}  // inline namespace LUM_ISA_NS
+}  // namespace repack
+}  // namespace lum
 
 // ===========================================================================
 // Row forms, for the tests.
@@ -801,10 +881,13 @@ const RowForm* rowForms(int* count) {
 
 // ===========================================================================
 // Whole-image kernels.
+namespace lum {
+namespace repack {
+
 
 void ownYCbCr422ToYCbCr420_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
                                   u8* const pDst[3], const int dstStep[3], int width,
-                                  int height) {
+                                  int height, Isa /*isa: copies only*/) {
   const int nt = lum::pixelCount32(width, height) > kNtY348602 ? 1 : 0;
   copyLuma(pSrc[0], srcStep[0], pDst[0], dstStep[0], width, height, nt);
   for (int c = 1; c <= 2; ++c)
@@ -815,7 +898,7 @@ void ownYCbCr422ToYCbCr420_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
 
 void ownYCbCr420ToYCbCr422_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
                                   u8* const pDst[3], const int dstStep[3], int width, int height,
-                                  int swap) {
+                                  int swap, Isa /*isa: copies only*/) {
   copyRows(pSrc[0], srcStep[0], pDst[0], dstStep[0], width, height);
   for (int c = 1; c <= 2; ++c) {
     const int s = swap ? 3 - c : c;
@@ -827,127 +910,127 @@ void ownYCbCr420ToYCbCr422_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
 }
 
 void ownYCbCr422ToYCbCr422_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
-                                    const int dstStep[3], int width, int height, int swap) {
+                                    const int dstStep[3], int width, int height, int swap, Isa isa) {
   u8* const a = swap ? pDst[2] : pDst[1];
   u8* const b = swap ? pDst[1] : pDst[2];
   const int sa = swap ? dstStep[2] : dstStep[1], sb = swap ? dstStep[1] : dstStep[2];
   for (int y = 0; y < height; ++y)
-    row<SplitC2<false>>(width / 2, rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep[0]),
+    row<SplitC2<false>>(isa, width / 2, rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep[0]),
                         rowPtr(a, y, sa), rowPtr(b, y, sb));
 }
 
 // Aligned loads of the source and aligned stores of Y; the chroma planes are
 // not required to be aligned.  No swap: byte 1 to plane 1, byte 3 to plane 2.
 void alYCbCr422ToYCbCr422_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
-                                   const int dstStep[3], int width, int height) {
+                                   const int dstStep[3], int width, int height, Isa isa) {
   for (int y = 0; y < height; ++y)
-    row<SplitC2<false>, Aligned>(width / 2, rowPtr(pSrc, y, srcStep),
+    row<SplitC2<false>, Aligned>(isa, width / 2, rowPtr(pSrc, y, srcStep),
                                  rowPtr(pDst[0], y, dstStep[0]), rowPtr(pDst[1], y, dstStep[1]),
                                  rowPtr(pDst[2], y, dstStep[2]));
   _mm_sfence();
 }
 
 void ownCbYCr422ToYCbCr422_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
-                                    const int dstStep[3], int width, int height) {
+                                    const int dstStep[3], int width, int height, Isa isa) {
   for (int y = 0; y < height; ++y)
-    row<SplitC2<true>>(width / 2, rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep[0]),
+    row<SplitC2<true>>(isa, width / 2, rowPtr(pSrc, y, srcStep), rowPtr(pDst[0], y, dstStep[0]),
                        rowPtr(pDst[1], y, dstStep[1]), rowPtr(pDst[2], y, dstStep[2]));
 }
 
 namespace {
 template <bool YOdd>
 void c2To420(const u8* pSrc, int srcStep, u8* const pDst[3], const int dstStep[3], int width,
-             int height, int swap) {
+             int height, int swap, Isa isa) {
   u8* const a = swap ? pDst[2] : pDst[1];
   u8* const b = swap ? pDst[1] : pDst[2];
   const int sa = swap ? dstStep[2] : dstStep[1], sb = swap ? dstStep[1] : dstStep[2];
   for (int r = 0; r < height / 2; ++r) {
-    row<SplitC2<YOdd>>(width / 2, rowPtr(pSrc, 2 * r, srcStep),
+    row<SplitC2<YOdd>>(isa, width / 2, rowPtr(pSrc, 2 * r, srcStep),
                        rowPtr(pDst[0], 2 * r, dstStep[0]), rowPtr(a, r, sa), rowPtr(b, r, sb));
-    row<LumaC2<YOdd>>(width / 2, rowPtr(pSrc, 2 * r + 1, srcStep),
+    row<LumaC2<YOdd>>(isa, width / 2, rowPtr(pSrc, 2 * r + 1, srcStep),
                       rowPtr(pDst[0], 2 * r + 1, dstStep[0]));
   }
 }
 template <bool YOdd>
 void c2To411(const u8* pSrc, int srcStep, u8* const pDst[3], const int dstStep[3], int width,
-             int height, int swap) {
+             int height, int swap, Isa isa) {
   u8* const a = swap ? pDst[2] : pDst[1];
   u8* const b = swap ? pDst[1] : pDst[2];
   const int sa = swap ? dstStep[2] : dstStep[1], sb = swap ? dstStep[1] : dstStep[2];
   for (int y = 0; y < height; ++y)
-    row<SplitC2To411<YOdd, false>>(width / 4, rowPtr(pSrc, y, srcStep),
+    row<SplitC2To411<YOdd, false>>(isa, width / 4, rowPtr(pSrc, y, srcStep),
                                    rowPtr(pDst[0], y, dstStep[0]), rowPtr(a, y, sa),
                                    rowPtr(b, y, sb));
 }
 }  // namespace
 
 void ownYCbCr422ToYCbCr420_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
-                                    const int dstStep[3], int width, int height, int swap) {
-  c2To420<false>(pSrc, srcStep, pDst, dstStep, width, height, swap);
+                                    const int dstStep[3], int width, int height, int swap, Isa isa) {
+  c2To420<false>(pSrc, srcStep, pDst, dstStep, width, height, swap, isa);
 }
 void ownCbYCr422ToYCbCr420_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
-                                    const int dstStep[3], int width, int height) {
-  c2To420<true>(pSrc, srcStep, pDst, dstStep, width, height, 0);
+                                    const int dstStep[3], int width, int height, Isa isa) {
+  c2To420<true>(pSrc, srcStep, pDst, dstStep, width, height, 0, isa);
 }
 void ownYCbCr422ToYCbCr411_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
-                                    const int dstStep[3], int width, int height, int swap) {
-  c2To411<false>(pSrc, srcStep, pDst, dstStep, width, height, swap);
+                                    const int dstStep[3], int width, int height, int swap, Isa isa) {
+  c2To411<false>(pSrc, srcStep, pDst, dstStep, width, height, swap, isa);
 }
 void ownCbYCr422ToYCbCr411_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
-                                    const int dstStep[3], int width, int height) {
-  c2To411<true>(pSrc, srcStep, pDst, dstStep, width, height, 0);
+                                    const int dstStep[3], int width, int height, Isa isa) {
+  c2To411<true>(pSrc, srcStep, pDst, dstStep, width, height, 0, isa);
 }
 
 void ownYCbCr422ToYCbCr420_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3], u8* pDstY,
                                     int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width,
-                                    int height) {
+                                    int height, Isa isa) {
   copyRows(pSrc[0], srcStep[0], pDstY, dstYStep, width, height);
   for (int r = 0; r < height / 2; ++r)
-    row<Interleave2>(width / 2, rowPtr(pSrc[1], 2 * r, srcStep[1]),
+    row<Interleave2>(isa, width / 2, rowPtr(pSrc[1], 2 * r, srcStep[1]),
                      rowPtr(pSrc[2], 2 * r, srcStep[2]), rowPtr(pDstCbCr, r, dstCbCrStep));
 }
 
 void ownYCbCr420ToYCbCr422_8u_P2P3R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr,
                                     int srcCbCrStep, u8* const pDst[3], const int dstStep[3],
-                                    int width, int height) {
+                                    int width, int height, Isa isa) {
   copyRows(pSrcY, srcYStep, pDst[0], dstStep[0], width, height);
   for (int r = 0; r < height / 2; ++r)
     for (int k = 0; k < 2; ++k)
-      row<Deinterleave2>(width / 2, rowPtr(pSrcCbCr, r, srcCbCrStep),
+      row<Deinterleave2>(isa, width / 2, rowPtr(pSrcCbCr, r, srcCbCrStep),
                          rowPtr(pDst[1], 2 * r + k, dstStep[1]),
                          rowPtr(pDst[2], 2 * r + k, dstStep[2]));
 }
 
 void ownYCbCr420ToYCbCr420_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3], u8* pDstY,
                                     int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width,
-                                    int height) {
+                                    int height, Isa isa) {
   copyRows(pSrc[0], srcStep[0], pDstY, dstYStep, width, height);
   for (int r = 0; r < height / 2; ++r)
-    row<Interleave2>(width / 2, rowPtr(pSrc[1], r, srcStep[1]), rowPtr(pSrc[2], r, srcStep[2]),
+    row<Interleave2>(isa, width / 2, rowPtr(pSrc[1], r, srcStep[1]), rowPtr(pSrc[2], r, srcStep[2]),
                      rowPtr(pDstCbCr, r, dstCbCrStep));
 }
 
 void ownYCbCr420ToYCbCr420_8u_P2P3R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr,
                                     int srcCbCrStep, u8* const pDst[3], const int dstStep[3],
-                                    int width, int height) {
+                                    int width, int height, Isa isa) {
   copyRows(pSrcY, srcYStep, pDst[0], dstStep[0], width, height);
   for (int r = 0; r < height / 2; ++r)
-    row<Deinterleave2>(width / 2, rowPtr(pSrcCbCr, r, srcCbCrStep), rowPtr(pDst[1], r, dstStep[1]),
+    row<Deinterleave2>(isa, width / 2, rowPtr(pSrcCbCr, r, srcCbCrStep), rowPtr(pDst[1], r, dstStep[1]),
                        rowPtr(pDst[2], r, dstStep[2]));
 }
 
 void ownYCbCr422ToYCbCr411_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3], u8* pDstY,
                                     int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width,
-                                    int height) {
+                                    int height, Isa isa) {
   copyRows(pSrc[0], srcStep[0], pDstY, dstYStep, width, height);
   for (int y = 0; y < height; ++y)
-    row<InterleaveEvery2nd<0>>(width / 4, rowPtr(pSrc[1], y, srcStep[1]),
+    row<InterleaveEvery2nd<0>>(isa, width / 4, rowPtr(pSrc[1], y, srcStep[1]),
                                rowPtr(pSrc[2], y, srcStep[2]), rowPtr(pDstCbCr, y, dstCbCrStep));
 }
 
 void ownYCrCb420ToYCbCr411_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3], u8* pDstY,
                                     int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width,
-                                    int height, int swap) {
+                                    int height, int swap, Isa isa) {
   // Flag 0: the first byte of each pair (Cb) from plane 2, as YCrCb order
   // puts it; flag 1: from plane 1.
   const int first = swap ? 1 : 2, second = 3 - first;
@@ -955,28 +1038,28 @@ void ownYCrCb420ToYCbCr411_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3
   for (int r = 0; r < height / 2; ++r) {
     const u8* a = rowPtr(pSrc[first], r, srcStep[first]);
     const u8* b = rowPtr(pSrc[second], r, srcStep[second]);
-    row<InterleaveEvery2nd<0>>(width / 4, a, b, rowPtr(pDstCbCr, 2 * r, dstCbCrStep));
-    row<InterleaveEvery2nd<1>>(width / 4, a, b, rowPtr(pDstCbCr, 2 * r + 1, dstCbCrStep));
+    row<InterleaveEvery2nd<0>>(isa, width / 4, a, b, rowPtr(pDstCbCr, 2 * r, dstCbCrStep));
+    row<InterleaveEvery2nd<1>>(isa, width / 4, a, b, rowPtr(pDstCbCr, 2 * r + 1, dstCbCrStep));
   }
 }
 
 void ownYCbCr420ToYCbCr411_8u_P2P3R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr,
                                     int srcCbCrStep, u8* const pDst[3], const int dstStep[3],
-                                    int width, int height) {
+                                    int width, int height, Isa isa) {
   copyRows(pSrcY, srcYStep, pDst[0], dstStep[0], width, height);
   for (int r = 0; r < height / 2; ++r)
-    row<Split4>(width / 4, rowPtr(pSrcCbCr, r, srcCbCrStep), rowPtr(pDst[1], 2 * r, dstStep[1]),
+    row<Split4>(isa, width / 4, rowPtr(pSrcCbCr, r, srcCbCrStep), rowPtr(pDst[1], 2 * r, dstStep[1]),
                 rowPtr(pDst[2], 2 * r, dstStep[2]), rowPtr(pDst[1], 2 * r + 1, dstStep[1]),
                 rowPtr(pDst[2], 2 * r + 1, dstStep[2]));
 }
 
 void ownYCbCr411ToYCbCr422_8u_P3C2R(const u8* const pSrc[3], const int srcStep[3], u8* pDst,
-                                    int dstStep, int width, int height, int swap) {
+                                    int dstStep, int width, int height, int swap, Isa isa) {
   const int a = swap ? 2 : 1, b = 3 - a;
   const bool nt = aligned16(pDst) && aligned16(dstStep) &&
                   bigFrame(srcStep[0] + srcStep[1] + srcStep[2] + dstStep, height, kNtC2Dst);
   c2DestRows(nt, height, [&](int y, auto m) {
-    row<Pack411C2, decltype(m)>(width / 4, rowPtr(pSrc[0], y, srcStep[0]),
+    row<Pack411C2, decltype(m)>(isa, width / 4, rowPtr(pSrc[0], y, srcStep[0]),
                                 rowPtr(pSrc[a], y, srcStep[a]), rowPtr(pSrc[b], y, srcStep[b]),
                                 rowPtr(pDst, y, dstStep));
   });
@@ -984,95 +1067,95 @@ void ownYCbCr411ToYCbCr422_8u_P3C2R(const u8* const pSrc[3], const int srcStep[3
 
 void ownYCbCr411ToYCbCr422_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
                                   u8* const pDst[3], const int dstStep[3], int width, int height,
-                                  int swap) {
+                                  int swap, Isa isa) {
   copyRows(pSrc[0], srcStep[0], pDst[0], dstStep[0], width, height);
   for (int c = 1; c <= 2; ++c) {
     const int d = swap ? 3 - c : c;
     for (int y = 0; y < height; ++y)
-      row<DupBytes>(width / 4, rowPtr(pSrc[c], y, srcStep[c]), rowPtr(pDst[d], y, dstStep[d]));
+      row<DupBytes>(isa, width / 4, rowPtr(pSrc[c], y, srcStep[c]), rowPtr(pDst[d], y, dstStep[d]));
   }
 }
 
 void ownYCbCr411ToYCbCr420_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
                                   u8* const pDst[3], const int dstStep[3], int width,
-                                  int height) {
+                                  int height, Isa isa) {
   copyRows(pSrc[0], srcStep[0], pDst[0], dstStep[0], width, height);
   for (int c = 1; c <= 2; ++c)
     for (int r = 0; r < height / 2; ++r)
-      row<Interleave2>(width / 4, rowPtr(pSrc[c], 2 * r, srcStep[c]),
+      row<Interleave2>(isa, width / 4, rowPtr(pSrc[c], 2 * r, srcStep[c]),
                        rowPtr(pSrc[c], 2 * r + 1, srcStep[c]), rowPtr(pDst[c], r, dstStep[c]));
 }
 
 void ownYCbCr411ToYCbCr420_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3], u8* pDstY,
                                     int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width,
-                                    int height) {
+                                    int height, Isa isa) {
   const int nt = lum::pixelCount32(width, height) > kNtY348602 ? 1 : 0;
   copyLuma(pSrc[0], srcStep[0], pDstY, dstYStep, width, height, nt);
   // Pair 2m of the row takes the samples of source row 2r, pair 2m+1 those
   // of row 2r+1.
   for (int r = 0; r < height / 2; ++r)
-    row<Merge4>(width / 4, rowPtr(pSrc[1], 2 * r, srcStep[1]), rowPtr(pSrc[2], 2 * r, srcStep[2]),
+    row<Merge4>(isa, width / 4, rowPtr(pSrc[1], 2 * r, srcStep[1]), rowPtr(pSrc[2], 2 * r, srcStep[2]),
                 rowPtr(pSrc[1], 2 * r + 1, srcStep[1]), rowPtr(pSrc[2], 2 * r + 1, srcStep[2]),
                 rowPtr(pDstCbCr, r, dstCbCrStep));
 }
 
 void ownYCbCr411ToYCbCr411_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3], u8* pDstY,
                                     int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width,
-                                    int height) {
+                                    int height, Isa isa) {
   const int nt = lum::pixelCount32(width, height) > kNtY348602 ? 1 : 0;
   copyLuma(pSrc[0], srcStep[0], pDstY, dstYStep, width, height, nt);
   for (int y = 0; y < height; ++y)
-    row<Interleave2>(width / 4, rowPtr(pSrc[1], y, srcStep[1]), rowPtr(pSrc[2], y, srcStep[2]),
+    row<Interleave2>(isa, width / 4, rowPtr(pSrc[1], y, srcStep[1]), rowPtr(pSrc[2], y, srcStep[2]),
                      rowPtr(pDstCbCr, y, dstCbCrStep));
 }
 
 void ownYCbCr411ToYCbCr422_8u_P2C2R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr,
                                     int srcCbCrStep, u8* pDst, int dstStep, int width,
-                                    int height) {
+                                    int height, Isa isa) {
   const bool nt = aligned16(pDst) && aligned16(dstStep) &&
                   bigFrame(srcYStep + srcCbCrStep + dstStep, height, kNtC2Dst);
   c2DestRows(nt, height, [&](int y, auto m) {
-    row<Pack411P2C2, decltype(m)>(width / 4, rowPtr(pSrcY, y, srcYStep),
+    row<Pack411P2C2, decltype(m)>(isa, width / 4, rowPtr(pSrcY, y, srcYStep),
                                   rowPtr(pSrcCbCr, y, srcCbCrStep), rowPtr(pDst, y, dstStep));
   });
 }
 
 void ownYCbCr411ToYCbCr422_8u_P2P3R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr,
                                     int srcCbCrStep, u8* const pDst[3], const int dstStep[3],
-                                    int width, int height) {
+                                    int width, int height, Isa isa) {
   const int nt = lum::pixelCount32(width, height) > kNtY348602 ? 1 : 0;
   copyLuma(pSrcY, srcYStep, pDst[0], dstStep[0], width, height, nt);
   for (int y = 0; y < height; ++y)
-    row<DeinterleaveDup>(width / 4, rowPtr(pSrcCbCr, y, srcCbCrStep),
+    row<DeinterleaveDup>(isa, width / 4, rowPtr(pSrcCbCr, y, srcCbCrStep),
                          rowPtr(pDst[1], y, dstStep[1]), rowPtr(pDst[2], y, dstStep[2]));
 }
 
 void ownYCbCr411ToYCbCr420_8u_P2P3R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr,
                                     int srcCbCrStep, u8* const pDst[3], const int dstStep[3],
-                                    int width, int height, int swap) {
+                                    int width, int height, int swap, Isa isa) {
   const int a = swap ? 2 : 1, b = 3 - a;
   copyRows(pSrcY, srcYStep, pDst[0], dstStep[0], width, height);
   for (int r = 0; r < height / 2; ++r)
-    row<MergeSplitPairs>(width / 4, rowPtr(pSrcCbCr, 2 * r, srcCbCrStep),
+    row<MergeSplitPairs>(isa, width / 4, rowPtr(pSrcCbCr, 2 * r, srcCbCrStep),
                          rowPtr(pSrcCbCr, 2 * r + 1, srcCbCrStep), rowPtr(pDst[a], r, dstStep[a]),
                          rowPtr(pDst[b], r, dstStep[b]));
 }
 
 void ownYCbCr411ToYCbCr411_8u_P2P3R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr,
                                     int srcCbCrStep, u8* const pDst[3], const int dstStep[3],
-                                    int width, int height) {
+                                    int width, int height, Isa isa) {
   copyRows(pSrcY, srcYStep, pDst[0], dstStep[0], width, height);
   for (int y = 0; y < height; ++y)
-    row<Deinterleave2>(width / 4, rowPtr(pSrcCbCr, y, srcCbCrStep), rowPtr(pDst[1], y, dstStep[1]),
+    row<Deinterleave2>(isa, width / 4, rowPtr(pSrcCbCr, y, srcCbCrStep), rowPtr(pDst[1], y, dstStep[1]),
                        rowPtr(pDst[2], y, dstStep[2]));
 }
 
 void ownYCbCr422ToYCbCr411_8u_C2P2R(const u8* pSrc, int srcStep, u8* pDstY, int dstYStep,
-                                    u8* pDstCbCr, int dstCbCrStep, int width, int height) {
+                                    u8* pDstCbCr, int dstCbCrStep, int width, int height, Isa isa) {
   const bool nt = aligned16(pDstY) && aligned16(dstYStep) && aligned16(pDstCbCr) &&
                   aligned16(dstCbCrStep) && bigFrame(3 * width + width / 2, height, kNtC2P2);
   c2DestRows(nt, height, [&](int y, auto m) {
-    row<SplitC2To411<false, true>, decltype(m)>(width / 4, rowPtr(pSrc, y, srcStep),
+    row<SplitC2To411<false, true>, decltype(m)>(isa, width / 4, rowPtr(pSrc, y, srcStep),
                                                 rowPtr(pDstY, y, dstYStep),
                                                 rowPtr(pDstCbCr, y, dstCbCrStep),
                                                 static_cast<u8*>(nullptr));
@@ -1080,39 +1163,43 @@ void ownYCbCr422ToYCbCr411_8u_C2P2R(const u8* pSrc, int srcStep, u8* pDstY, int 
 }
 
 void ownYCbCr422ToYCrCb422_8u_C2R(const u8* pSrc, int srcStep, u8* pDst, int dstStep, int width,
-                                  int height) {
+                                  int height, Isa isa) {
   const bool nt =
       aligned16(pDst) && aligned16(dstStep) && bigFrame(srcStep + dstStep, height, kNtC2Dst);
   c2DestRows(nt, height, [&](int y, auto m) {
-    row<SwapC2Chroma, decltype(m)>(width / 2, rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep));
+    row<SwapC2Chroma, decltype(m)>(isa, width / 2, rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep));
   });
 }
 
 void ownYCbCr422ToYCbCr411_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
                                   u8* const pDst[3], const int dstStep[3], int width,
-                                  int height) {
+                                  int height, Isa isa) {
   const int nt = lum::pixelCount32(width, height) > kNtY524288 ? 1 : 0;
   copyLuma(pSrc[0], srcStep[0], pDst[0], dstStep[0], width, height, nt);
   for (int c = 1; c <= 2; ++c)
     for (int y = 0; y < height; ++y)
-      row<EvenBytes>(width / 4, rowPtr(pSrc[c], y, srcStep[c]), rowPtr(pDst[c], y, dstStep[c]));
+      row<EvenBytes>(isa, width / 4, rowPtr(pSrc[c], y, srcStep[c]), rowPtr(pDst[c], y, dstStep[c]));
 }
 
 void ownYCbCr422ToYCrCb422_8u_P3C2R(const u8* const pSrc[3], const int srcStep[3], u8* pDst,
-                                    int dstStep, int width, int height) {
+                                    int dstStep, int width, int height, Isa isa) {
   const bool nt = aligned16(pDst) && aligned16(dstStep) &&
                   bigFrame(srcStep[0] + srcStep[1] + srcStep[2] + dstStep, height, kNtC2Dst);
   c2DestRows(nt, height, [&](int y, auto m) {
-    row<PackC2, decltype(m)>(width / 2, rowPtr(pSrc[0], y, srcStep[0]),
+    row<PackC2, decltype(m)>(isa, width / 2, rowPtr(pSrc[0], y, srcStep[0]),
                              rowPtr(pSrc[2], y, srcStep[2]), rowPtr(pSrc[1], y, srcStep[1]),
                              rowPtr(pDst, y, dstStep));
   });
 }
 
+}  // namespace repack
+}  // namespace lum
+
 // ===========================================================================
 // Public functions: checks (all pointers, plane entries included, source
 // first; then width, then height), the size rounded down to whole cells, one
 // kernel call.  A minimum of kAny is not tested.
+using namespace lum::repack;
 namespace {
 constexpr int kAny = INT_MIN;
 using lum::arr;
@@ -1137,42 +1224,42 @@ inline int four(int v) { return v & ~3; }
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCbCr420_8u_P3R(LUM_P3, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, roiSize, 2, 2);
   ownYCbCr422ToYCbCr420_8u_P3R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                               even(roiSize.height));
+                               even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr420ToYCbCr422_8u_P3R(LUM_P3, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, roiSize, 2, 2);
   ownYCbCr420ToYCbCr422_8u_P3R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                               even(roiSize.height), 0);
+                               even(roiSize.height), 0, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCrCb420ToYCbCr422_8u_P3R(LUM_P3, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, roiSize, 2, 2);
   ownYCbCr420ToYCbCr422_8u_P3R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                               even(roiSize.height), 1);
+                               even(roiSize.height), 1, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCbCr422_8u_P3R(LUM_P3, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr422_8u_P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width), roiSize.height,
-                               0);
+                               0, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCrCb422_8u_P3R(LUM_P3, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr422_8u_P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width), roiSize.height,
-                               1);
+                               1, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCbCr420_8u_P3R(LUM_P3, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, roiSize, 4, 2);
   ownYCbCr411ToYCbCr420_8u_P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width),
-                               even(roiSize.height));
+                               even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCbCr411_8u_P3R(LUM_P3, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3), arr(pDst, 3)}, roiSize, 4, kAny);
-  ownYCbCr422ToYCbCr411_8u_P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width), roiSize.height);
+  ownYCbCr422ToYCbCr411_8u_P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width), roiSize.height, lum::isa());
   return LumOk;
 }
 
@@ -1183,51 +1270,51 @@ LUM_PUBLIC LumStatus lumiYCrCb422ToYCbCr422_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize 
   // The aligned kernel takes no swap: byte 1 goes to plane 1 there.
   if (aligned16(pSrc) && aligned16(srcStep) && aligned16(pDst[0]) && aligned16(dstStep[0]) &&
       (width & 14) == 0)
-    alYCbCr422ToYCbCr422_8u_C2P3R(pSrc, srcStep, pDst, dstStep, width, roiSize.height);
+    alYCbCr422ToYCbCr422_8u_C2P3R(pSrc, srcStep, pDst, dstStep, width, roiSize.height, lum::isa());
   else
-    ownYCbCr422ToYCbCr422_8u_C2P3R(pSrc, srcStep, pDst, dstStep, width, roiSize.height, 1);
+    ownYCbCr422ToYCbCr422_8u_C2P3R(pSrc, srcStep, pDst, dstStep, width, roiSize.height, 1, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiCbYCr422ToYCbCr422_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pDst, 3)}, roiSize, 2, kAny);
   ownCbYCr422ToYCbCr422_8u_C2P3R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                                 roiSize.height);
+                                 roiSize.height, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCbCr420_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pDst, 3)}, roiSize, 2, 2);
   ownYCbCr422ToYCbCr420_8u_C2P3R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                                 even(roiSize.height), 0);
+                                 even(roiSize.height), 0, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCrCb422ToYCbCr420_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pDst, 3)}, roiSize, 2, 2);
   ownYCbCr422ToYCbCr420_8u_C2P3R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                                 even(roiSize.height), 1);
+                                 even(roiSize.height), 1, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiCbYCr422ToYCbCr420_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pDst, 3)}, roiSize, 2, 2);
   ownCbYCr422ToYCbCr420_8u_C2P3R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                                 even(roiSize.height));
+                                 even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCbCr411_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pDst, 3)}, roiSize, 4, kAny);
   ownYCbCr422ToYCbCr411_8u_C2P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width),
-                                 roiSize.height, 0);
+                                 roiSize.height, 0, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCrCb422ToYCbCr411_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pDst, 3)}, roiSize, 4, kAny);
   ownYCbCr422ToYCbCr411_8u_C2P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width),
-                                 roiSize.height, 1);
+                                 roiSize.height, 1, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiCbYCr422ToYCbCr411_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pDst, 3)}, roiSize, 4, kAny);
   ownCbYCr422ToYCbCr411_8u_C2P3R(pSrc, srcStep, pDst, dstStep, four(roiSize.width),
-                                 roiSize.height);
+                                 roiSize.height, lum::isa());
   return LumOk;
 }
 
@@ -1235,45 +1322,45 @@ LUM_PUBLIC LumStatus lumiCbYCr422ToYCbCr411_8u_C2P3R(LUM_C2, LUM_TO_P3, LumSize 
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCbCr420_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDstY, pDstCbCr}, {arr(pSrc, 3)}, roiSize, 2, 2);
   ownYCbCr422ToYCbCr420_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 even(roiSize.width), even(roiSize.height));
+                                 even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 // The plane array itself is not tested here, only its entries.
 LUM_PUBLIC LumStatus lumiYCbCr420_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pDstY, pDstCbCr}, {arr(pSrc, 3)}, roiSize, 2, 2);
   ownYCbCr420ToYCbCr420_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 even(roiSize.width), even(roiSize.height));
+                                 even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCbCr411_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDstY, pDstCbCr}, {arr(pSrc, 3)}, roiSize, 4, kAny);
   ownYCbCr422ToYCbCr411_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 four(roiSize.width), roiSize.height);
+                                 four(roiSize.width), roiSize.height, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr420ToYCbCr411_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDstY, pDstCbCr}, {arr(pSrc, 3)}, roiSize, 4, 2);
   ownYCrCb420ToYCbCr411_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 four(roiSize.width), even(roiSize.height), 1);
+                                 four(roiSize.width), even(roiSize.height), 1, lum::isa());
   return LumOk;
 }
 // The plane array itself is not tested here, only its entries.
 LUM_PUBLIC LumStatus lumiYCrCb420ToYCbCr411_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pDstY, pDstCbCr}, {arr(pSrc, 3)}, roiSize, 4, 2);
   ownYCrCb420ToYCbCr411_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 four(roiSize.width), even(roiSize.height), 0);
+                                 four(roiSize.width), even(roiSize.height), 0, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCbCr420_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDstY, pDstCbCr}, {arr(pSrc, 3)}, roiSize, 4, 2);
   ownYCbCr411ToYCbCr420_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 four(roiSize.width), even(roiSize.height));
+                                 four(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDstY, pDstCbCr}, {arr(pSrc, 3)}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr411_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 four(roiSize.width), roiSize.height);
+                                 four(roiSize.width), roiSize.height, lum::isa());
   return LumOk;
 }
 
@@ -1281,43 +1368,43 @@ LUM_PUBLIC LumStatus lumiYCbCr411_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
 LUM_PUBLIC LumStatus lumiYCbCr420ToYCbCr422_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {arr(pDst, 3)}, roiSize, 2, 2);
   ownYCbCr420ToYCbCr422_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 even(roiSize.width), even(roiSize.height));
+                                 even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr420_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {arr(pDst, 3)}, roiSize, 2, 2);
   ownYCbCr420ToYCbCr420_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 even(roiSize.width), even(roiSize.height));
+                                 even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr420ToYCbCr411_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {arr(pDst, 3)}, roiSize, 4, 2);
   ownYCbCr420ToYCbCr411_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 four(roiSize.width), even(roiSize.height));
+                                 four(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCbCr422_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {arr(pDst, 3)}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr422_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 four(roiSize.width), roiSize.height);
+                                 four(roiSize.width), roiSize.height, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCbCr420_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {arr(pDst, 3)}, roiSize, 4, 2);
   ownYCbCr411ToYCbCr420_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 four(roiSize.width), even(roiSize.height), 0);
+                                 four(roiSize.width), even(roiSize.height), 0, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCrCb420_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {arr(pDst, 3)}, roiSize, 4, 2);
   ownYCbCr411ToYCbCr420_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 four(roiSize.width), even(roiSize.height), 1);
+                                 four(roiSize.width), even(roiSize.height), 1, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {arr(pDst, 3)}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr411_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 four(roiSize.width), roiSize.height);
+                                 four(roiSize.width), roiSize.height, lum::isa());
   return LumOk;
 }
 
@@ -1325,31 +1412,31 @@ LUM_PUBLIC LumStatus lumiYCbCr411_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCbCr422_8u_P3C2R(LUM_P3, LUM_TO_C2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3)}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr422_8u_P3C2R(pSrc, srcStep, pDst, dstStep, four(roiSize.width),
-                                 roiSize.height, 0);
+                                 roiSize.height, 0, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCrCb422_8u_P3C2R(LUM_P3, LUM_TO_C2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3)}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr422_8u_P3C2R(pSrc, srcStep, pDst, dstStep, four(roiSize.width),
-                                 roiSize.height, 1);
+                                 roiSize.height, 1, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr411ToYCbCr422_8u_P2C2R(LUM_P2, LUM_TO_C2, LumSize roiSize) {
   LUM_CHECK({pSrcY, pSrcCbCr, pDst}, {}, roiSize, 4, kAny);
   ownYCbCr411ToYCbCr422_8u_P2C2R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                 four(roiSize.width), roiSize.height);
+                                 four(roiSize.width), roiSize.height, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCrCb422_8u_P3C2R(LUM_P3, LUM_TO_C2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {arr(pSrc, 3)}, roiSize, 2, kAny);
   ownYCbCr422ToYCrCb422_8u_P3C2R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                                 roiSize.height);
+                                 roiSize.height, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCrCb422_8u_C2R(LUM_C2, LUM_TO_C2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDst}, {}, roiSize, 2, kAny);
   ownYCbCr422ToYCrCb422_8u_C2R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                               roiSize.height);
+                               roiSize.height, lum::isa());
   return LumOk;
 }
 
@@ -1357,7 +1444,7 @@ LUM_PUBLIC LumStatus lumiYCbCr422ToYCrCb422_8u_C2R(LUM_C2, LUM_TO_C2, LumSize ro
 LUM_PUBLIC LumStatus lumiYCbCr422ToYCbCr411_8u_C2P2R(LUM_C2, LUM_TO_P2, LumSize roiSize) {
   LUM_CHECK({pSrc, pDstY, pDstCbCr}, {}, roiSize, 4, kAny);
   ownYCbCr422ToYCbCr411_8u_C2P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                 four(roiSize.width), roiSize.height);
+                                 four(roiSize.width), roiSize.height, lum::isa());
   return LumOk;
 }
 
