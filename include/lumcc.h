@@ -740,6 +740,100 @@ LUM_API LumStatus lumiYCbCr422ToYCrCb422_8u_P3C2R(const Lum8u* const pSrc[3], co
                                                   Lum8u* pDst, int dstStep, LumSize roiSize);
 /* END SECTION repack-layouts */
 
+/* BEGIN SECTION repack-nv12 (NV12, YV12, YUY2 and UYVY conversions) */
+/*
+ * Repacks among the four arrangements video hardware and codecs use most,
+ * with no arithmetic on a sample: Y is copied unchanged and in order, chroma
+ * rows are repeated (4:2:0 -> 4:2:2: chroma row r serves image rows 2r and
+ * 2r + 1) or the odd rows' chroma dropped (4:2:2 -> 4:2:0: only the even
+ * rows give chroma, the odd rows give Y).  All samples 8u.
+ *   YUY2  YCbCr422 in C2 form, "Y0 Cb Y1 Cr" per pixel pair
+ *   UYVY  CbYCr422 in C2 form, "Cb Y0 Cr Y1"
+ *   NV12  4:2:0 P2: a Y plane and a plane of pairs Cb Cr (W bytes a row)
+ *   YV12  4:2:0 P3 with the planes Y, Cr, Cb (pSrc/pDst arrays of 3 plane
+ *         pointers, srcStep/dstStep arrays of 3 steps)
+ * Width and height are rounded down to even (the two C2 -> C2 functions keep
+ * the height); the column and row left over stay unwritten, with no warning.
+ * Steps are not tested.  After the checks the status is LumOk.  Everything
+ * runs on the calling thread.
+ *
+ * Exception: lumiYCbCr420ToYCrCb420_8u_P2P3R writes Cb to pDst[1] and Cr to
+ * pDst[2] (the YCbCr plane order, not the YCrCb of its name), while
+ * lumiYCrCb420ToYCbCr420_8u_P3P2R does read pSrc[2] as Cb: a round trip of
+ * the two exchanges the chroma planes.
+ *
+ * Large frames: lumiYCrCb420ToYCbCr422_8u_P3C2R (every pointer and step
+ * 16-byte aligned), lumiYCrCb420ToCbYCr422_8u_P3C2R and
+ * lumiYCbCr422ToCbYCr422_8u_C2R (pDst, dstStep 16-byte aligned) store with
+ * non-temporal stores when (sum of all steps) * height exceeds 524288; the
+ * bytes are the same.
+ */
+/* NV12 -> YUY2.  Checks: pSrcY, pSrcCbCr, pDst null -> LumErrNullPtr; width
+ * or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_8u_P2C2R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* NV12 -> UYVY.  Checks as lumiYCbCr420ToYCbCr422_8u_P2C2R. */
+LUM_API LumStatus lumiYCbCr420ToCbYCr422_8u_P2C2R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* NV12 -> three planes Y, Cb, Cr (see the exception above).  Checks in two
+ * rounds: pSrcY, pSrcCbCr, pDst (the array) null -> LumErrNullPtr; width or
+ * height below 1 -> LumErrSize; a plane pointer of pDst null ->
+ * LumErrNullPtr; width or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCrCb420_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* YV12 -> NV12: the pair's first byte from pSrc[2], the second from pSrc[1].
+ * Checks: the entries of pSrc (pSrc itself is not tested and must not be
+ * null), then pDstY, pDstCbCr null -> LumErrNullPtr; width or height below
+ * 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCrCb420ToYCbCr420_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                                  int dstCbCrStep, LumSize roiSize);
+/* YV12 -> YUY2: byte 1 from pSrc[2], byte 3 from pSrc[1], each chroma row
+ * serving two image rows.  Checks as lumiYCrCb420ToYCbCr420_8u_P3P2R (pDst
+ * after the entries of pSrc). */
+LUM_API LumStatus lumiYCrCb420ToYCbCr422_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* YV12 -> UYVY: byte 0 from pSrc[2], byte 2 from pSrc[1].  Checks as
+ * lumiYCrCb420ToYCbCr422_8u_P3C2R. */
+LUM_API LumStatus lumiYCrCb420ToCbYCr422_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* YUY2 -> UYVY: bytes 0 and 1, 2 and 3 of each group exchanged.  Checks:
+ * pSrc, pDst null -> LumErrNullPtr; height below 1 or width below 2 ->
+ * LumErrSize.  All rows are converted (the height is not rounded). */
+LUM_API LumStatus lumiYCbCr422ToCbYCr422_8u_C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                                int dstStep, LumSize roiSize);
+/* UYVY -> YUY2.  As lumiYCbCr422ToCbYCr422_8u_C2R. */
+LUM_API LumStatus lumiCbYCr422ToYCbCr422_8u_C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                                int dstStep, LumSize roiSize);
+/* YUY2 -> YV12: even rows give chroma, byte 1 to pDst[2] and byte 3 to
+ * pDst[1].  Checks: the entries of pDst (pDst itself is not tested and must
+ * not be null), then pSrc null -> LumErrNullPtr; width or height below 2 ->
+ * LumErrSize. */
+LUM_API LumStatus lumiYCbCr422ToYCrCb420_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* UYVY -> YV12: byte 0 to pDst[2], byte 2 to pDst[1].  Checks as
+ * lumiYCbCr422ToYCrCb420_8u_C2P3R. */
+LUM_API LumStatus lumiCbYCr422ToYCrCb420_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* YUY2 -> NV12: bytes 1 and 3 of the even rows become the pair.  Checks:
+ * pSrc, pDstY, pDstCbCr null -> LumErrNullPtr; width or height below 2 ->
+ * LumErrSize. */
+LUM_API LumStatus lumiYCbCr422ToYCbCr420_8u_C2P2R(const Lum8u* pSrc, int srcStep, Lum8u* pDstY,
+                                                  int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep,
+                                                  LumSize roiSize);
+/* UYVY -> NV12: bytes 0 and 2 of the even rows become the pair.  Checks as
+ * lumiYCbCr422ToYCbCr420_8u_C2P2R. */
+LUM_API LumStatus lumiCbYCr422ToYCbCr420_8u_C2P2R(const Lum8u* pSrc, int srcStep, Lum8u* pDstY,
+                                                  int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep,
+                                                  LumSize roiSize);
+/* END SECTION repack-nv12 */
+
 #ifdef __cplusplus
 }
 #endif
