@@ -834,6 +834,69 @@ LUM_API LumStatus lumiCbYCr422ToYCbCr420_8u_C2P2R(const Lum8u* pSrc, int srcStep
                                                   LumSize roiSize);
 /* END SECTION repack-nv12 */
 
+/* BEGIN SECTION repack-deinterlace (deinterlacing conversions of NV12) */
+/*
+ * NV12 (a Y plane and a plane of Cb Cr pairs, 4:2:0) to YUY2 or to three
+ * planes, smoothing each luma row with its two vertical neighbours (1, 2, 1
+ * over 4; the first row of the frame 3, 1 over 4, the last 1, 3 over 4),
+ * which blends the two fields of an interlaced frame, and averaging
+ * neighbouring chroma rows: output chroma row r takes source rows r and
+ * r + 1, the last one rows n - 1 and n - 2 (n = height / 2).  Cb mixes only
+ * with Cb.  The YUY2 form gives a row pair's two rows the pair's chroma.
+ *
+ * The block loops average with (a + b + 1) >> 1, nested; the scalar loops
+ * add and shift down; which part of a row goes to which is fixed, so the
+ * results differ from a plain (a + 2b + c) >> 2 by one level in places,
+ * and the whole-frame YUY2 form adds 4 before its scalar shifts (a flat
+ * area of value v comes out v + 1 in its first two and last two rows and
+ * in the scalar columns of the others, clamped at 255).
+ *
+ * layout: lumSliceFirst (1), lumSliceMiddle (4), lumSliceLast (16) select
+ * a horizontal slice of a frame; lumSliceAll (21), or any other value with
+ * the bits 1, 4 and 16 all set, the whole frame; any other value converts
+ * nothing and returns LumOk.  Slices must be run in order from the top;
+ * pointers and roiSize describe the slice.  With h the slice height (rounded
+ * down to even), the rows written are, in slice coordinates:
+ *   first   luma 0 .. h-3, chroma rows (or YUY2 row pairs) 0 .. n-2
+ *   middle  luma -2 .. h-3, chroma -1 .. n-2
+ *   last    luma -2 .. h-1, chroma -1 .. n-1
+ *   all     luma 0 .. h-1, chroma 0 .. n-1
+ * so the two rows above a middle or last slice's destination pointer are
+ * written, and the three luma rows and one chroma row above its source
+ * pointers are read.  Exception: the YUY2 form's first slice always writes
+ * rows 0 and 1 and reads luma row 2 and chroma row 1, so a first slice of
+ * height 2 reads past its end; the planar form's first slice of height 2
+ * writes nothing.  The planar form writes the first byte of each pair (Cb)
+ * to pDst[1] and the second (Cr) to pDst[2].  When the even width is a
+ * multiple of 64, the even height of 16, srcYStep of 16, srcCbCrStep and
+ * the three dstStep of 32, and every pointer 16-byte aligned, the planar
+ * form takes its aligned form, whose first and last slices nest the block
+ * averages differently: it can differ by one level in those slices.
+ *
+ * Width and height are rounded down to even, with no warning.  The status
+ * after the checks is LumOk.  Runs on the calling thread.
+ */
+#define lumSliceFirst 1
+#define lumSliceMiddle 4
+#define lumSliceLast 16
+#define lumSliceAll 21
+/* NV12 -> YUY2, deinterlaced.  Checks: pSrcY, pSrcCbCr, pDst null ->
+ * LumErrNullPtr; width or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R(const Lum8u* pSrcY, int srcYStep,
+                                                         const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                         Lum8u* pDst, int dstStep,
+                                                         LumSize roiSize, int layout);
+/* NV12 -> three planes Y, Cb, Cr (see above), deinterlaced.  Checks in two
+ * rounds: pSrcY, pSrcCbCr, pDst (the array) null -> LumErrNullPtr; width or
+ * height below 1 -> LumErrSize; a plane pointer of pDst null ->
+ * LumErrNullPtr; width or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                         const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                         Lum8u* const pDst[3],
+                                                         const int dstStep[3], LumSize roiSize,
+                                                         int layout);
+/* END SECTION repack-deinterlace */
+
 #ifdef __cplusplus
 }
 #endif
