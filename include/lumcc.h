@@ -897,6 +897,57 @@ LUM_API LumStatus lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Lum8u* pSrcY, int
                                                          int layout);
 /* END SECTION repack-deinterlace */
 
+/* BEGIN SECTION repack-filter (filtered chroma upsampling) */
+/*
+ * 4:2:0 -> 4:2:2 with filtered chroma rows.  Y is copied; source chroma row
+ * r becomes destination row 2r unchanged; each odd row 2r + 1 is computed
+ * from the even rows with the taps -1, 9, 9, -1 over 16 and a rounding 8:
+ *   d[2r+1] = clamp((9 * (c[r] + c[r+1]) - c[r-1] - c[r+2] + 8) >> 4)
+ * where a row above the image is replaced by the first (c[-1] = c[0]) and
+ * a row below by the last (c[n] = c[n+1] = c[n-1]); the shift is arithmetic,
+ * the clamp to 0..255.  Columns are not filtered.  A flat plane stays flat;
+ * a step edge overshoots and clamps.
+ * Checks: a null plane array or plane pointer -> LumErrNullPtr; width below
+ * 2 or height below 8 -> LumErrSize.  The width is rounded down to even, the
+ * height to a multiple of 8 (not 2): the rows beyond stay unwritten, with no
+ * warning.  Steps are not tested.  Runs on the calling thread.
+ */
+/* Planes Y, Cb, Cr 4:2:0 -> Y, Cb, Cr 4:2:2. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_Filter_8u_P3R(const Lum8u* const pSrc[3],
+                                                       const int srcStep[3], Lum8u* const pDst[3],
+                                                       const int dstStep[3], LumSize roiSize);
+/* Planes Y, Cr, Cb 4:2:0 -> Y, Cb, Cr 4:2:2 (pDst[1] is the filtered
+ * pSrc[2]). */
+LUM_API LumStatus lumiYCrCb420ToYCbCr422_Filter_8u_P3R(const Lum8u* const pSrc[3],
+                                                       const int srcStep[3], Lum8u* const pDst[3],
+                                                       const int dstStep[3], LumSize roiSize);
+/* NV12 (Y plane, plane of Cb Cr pairs) -> Y, Cb, Cr 4:2:2. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_Filter_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                         const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                         Lum8u* const pDst[3],
+                                                         const int dstStep[3], LumSize roiSize);
+/* Planes Y, Cr, Cb 4:2:0 -> BGR with alpha: bytes B, G, R, alphaValue a
+ * pixel.  Rows 2j and 2j + 1 take chroma row j; along a row pixel 2k takes
+ * Cr[k], Cb[k] and pixel 2k + 1 the averages (Cr[k] + Cr[k+1] + 1) >> 1,
+ * (Cb[k] + Cb[k+1] + 1) >> 1, except in the last pair, whose pixels both
+ * take Cr[k], Cb[k].  With cr = Cr - 128, cb = Cb - 128:
+ *   R = clamp((76309 Y + 104597 cr - 1220944) >> 16)
+ *   G = clamp((76309 Y - 53279 cr - 25675 cb - 1220944) >> 16)
+ *   B = clamp((76309 Y + 132201 cb - 1220944) >> 16)
+ * (arithmetic shift, no rounding term, clamp to 0..255).
+ * Checks: pSrc or pDst null -> LumErrNullPtr; width or height below 1 ->
+ * LumErrSize; a plane pointer of pSrc null -> LumErrNullPtr.  Whole pairs of
+ * columns and rows are converted; an odd width leaves the last column, an
+ * odd height the last row unwritten, and the result is then LumWarnOddSize,
+ * else LumOk.  A height of 1 converts nothing.  A width of 1 still writes
+ * two pixels a row (8 bytes) and reads two luma samples a row: the images
+ * must provide for that. */
+LUM_API LumStatus lumiYCrCb420ToBGR_Filter_8u_P3C4R(const Lum8u* const pSrc[3],
+                                                    const int srcStep[3], Lum8u* pDst,
+                                                    int dstStep, LumSize roiSize,
+                                                    Lum8u alphaValue);
+/* END SECTION repack-filter */
+
 #ifdef __cplusplus
 }
 #endif
