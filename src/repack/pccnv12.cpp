@@ -17,6 +17,8 @@
 #include <emmintrin.h>
 #include <stdint.h>
 
+#include <type_traits>
+
 #include "frame/lum_frame.h"
 #include "frame/lum_simd.h"
 
@@ -239,13 +241,19 @@ struct CopyY {
   }
 };
 
-// One row: the block while a whole block is left, then the scalar form.
+// One row from unit i0 (where a faster path stopped): the block while a
+// whole block is left, then the scalar form.
 template <class F, class M = Plain, class... A>
-inline void row(int n, A... a) {
-  int i = 0;
+inline void rowFrom(int i0, int n, A... a) {
+  int i = i0;
   for (; i + F::kBlock <= n; i += F::kBlock) F::template block<M>(i, a...);
   for (; i < n; ++i) F::one(i, a...);
 }
+template <class F, class M = Plain, class... A>
+inline void row(int n, A... a) {
+  rowFrom<F, M>(0, n, a...);
+}
+inline bool avx2(lum::Isa isa) { return isa >= lum::kIsaAvx2; }
 template <class F, class... A>
 inline void rowScalar(int n, A... a) {
   for (int i = 0; i < n; ++i) F::one(i, a...);
@@ -307,26 +315,38 @@ void rowsWithPolicy(bool nonTemporal, int height, RowFn fn) {
   }
 }
 
-void copyY(const u8* s, int sStep, u8* d, int dStep, int width, int height) {
-  for (int y = 0; y < height; ++y) row<CopyY>(width, rowPtr(s, y, sStep), rowPtr(d, y, dStep));
+void copyY(const u8* s, int sStep, u8* d, int dStep, int width, int height, lum::Isa isa) {
+  for (int y = 0; y < height; ++y) {
+    const u8* a = rowPtr(s, y, sStep);
+    u8* b = rowPtr(d, y, dStep);
+    rowFrom<CopyY>(avx2(isa) ? lum::nv12::copyY_avx2(a, b, width) : 0, width, a, b);
+  }
 }
 
 template <bool UYVY>
 void nv12ToC2(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr, int srcCbCrStep, u8* pDst,
-              int dstStep, int width, int height) {
-  for (int y = 0; y < height; ++y)
-    row<P2ToC2<UYVY>>(width / 2, rowPtr(pSrcY, y, srcYStep), rowPtr(pSrcCbCr, y / 2, srcCbCrStep),
-                      rowPtr(pDst, y, dstStep));
+              int dstStep, int width, int height, lum::Isa isa) {
+  for (int y = 0; y < height; ++y) {
+    const u8* ys = rowPtr(pSrcY, y, srcYStep);
+    const u8* c = rowPtr(pSrcCbCr, y / 2, srcCbCrStep);
+    u8* d = rowPtr(pDst, y, dstStep);
+    rowFrom<P2ToC2<UYVY>>(avx2(isa) ? lum::nv12::p2ToC2_avx2(UYVY, ys, c, d, width / 2) : 0,
+                          width / 2, ys, c, d);
+  }
 }
 
 // YV12 -> C2: the pair's first chroma byte from plane 2 (Cb), the second
-// from plane 1 (Cr).
+// from plane 1 (Cr).  The faster path only with plain stores.
 template <bool UYVY, class M>
 void yv12ToC2Row(const u8* const pSrc[3], const int srcStep[3], u8* pDst, int dstStep, int width,
-                 int y) {
-  row<P3ToC2<UYVY>, M>(width / 2, rowPtr(pSrc[0], y, srcStep[0]),
-                       rowPtr(pSrc[2], y / 2, srcStep[2]), rowPtr(pSrc[1], y / 2, srcStep[1]),
-                       rowPtr(pDst, y, dstStep));
+                 int y, lum::Isa isa) {
+  const u8* ys = rowPtr(pSrc[0], y, srcStep[0]);
+  const u8* a = rowPtr(pSrc[2], y / 2, srcStep[2]);
+  const u8* b = rowPtr(pSrc[1], y / 2, srcStep[1]);
+  u8* d = rowPtr(pDst, y, dstStep);
+  const bool fast = std::is_same<M, Plain>::value && avx2(isa);
+  rowFrom<P3ToC2<UYVY>, M>(fast ? lum::nv12::p3ToC2_avx2(UYVY, ys, a, b, d, width / 2) : 0,
+                           width / 2, ys, a, b, d);
 }
 
 // C2 -> YV12: the pair's first chroma byte (Cb) to plane 2, the second (Cr)
@@ -382,51 +402,59 @@ const lum::repack::RowForm* rowForms(int* count) {
 }
 
 void myNV12ToYUY2_8u_P2C2R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr, int srcCbCrStep,
-                           u8* pDst, int dstStep, int width, int height) {
-  nv12ToC2<false>(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep, width, height);
+                           u8* pDst, int dstStep, int width, int height, Isa isa) {
+  nv12ToC2<false>(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep, width, height, isa);
 }
 void myNV12ToUYVY_8u_P2C2R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr, int srcCbCrStep,
-                           u8* pDst, int dstStep, int width, int height) {
-  nv12ToC2<true>(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep, width, height);
+                           u8* pDst, int dstStep, int width, int height, Isa isa) {
+  nv12ToC2<true>(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep, width, height, isa);
 }
 
 // Cb (the pair's first byte) to plane 1, Cr to plane 2: the YCbCr plane
 // order, whatever the name says.
 void myNV12ToYV12_8u_P2P3R(const u8* pSrcY, int srcYStep, const u8* pSrcCbCr, int srcCbCrStep,
-                           u8* const pDst[3], const int dstStep[3], int width, int height) {
-  copyY(pSrcY, srcYStep, pDst[0], dstStep[0], width, height);
-  for (int r = 0; r < height / 2; ++r)
-    row<SplitPairs>(width / 2, rowPtr(pSrcCbCr, r, srcCbCrStep), rowPtr(pDst[1], r, dstStep[1]),
-                    rowPtr(pDst[2], r, dstStep[2]));
+                           u8* const pDst[3], const int dstStep[3], int width, int height,
+                           Isa isa) {
+  copyY(pSrcY, srcYStep, pDst[0], dstStep[0], width, height, isa);
+  for (int r = 0; r < height / 2; ++r) {
+    const u8* c = rowPtr(pSrcCbCr, r, srcCbCrStep);
+    u8* a = rowPtr(pDst[1], r, dstStep[1]);
+    u8* b = rowPtr(pDst[2], r, dstStep[2]);
+    rowFrom<SplitPairs>(avx2(isa) ? splitPairs_avx2(c, a, b, width / 2) : 0, width / 2, c, a, b);
+  }
 }
 
 // The pair's first byte (Cb) from plane 2, the second from plane 1.
 void myYV12ToNV12_8u_P3P2R(const u8* const pSrc[3], const int srcStep[3], u8* pDstY,
-                           int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width, int height) {
-  copyY(pSrc[0], srcStep[0], pDstY, dstYStep, width, height);
-  for (int r = 0; r < height / 2; ++r)
-    row<MergePairs>(width / 2, rowPtr(pSrc[2], r, srcStep[2]), rowPtr(pSrc[1], r, srcStep[1]),
-                    rowPtr(pDstCbCr, r, dstCbCrStep));
+                           int dstYStep, u8* pDstCbCr, int dstCbCrStep, int width, int height,
+                           Isa isa) {
+  copyY(pSrc[0], srcStep[0], pDstY, dstYStep, width, height, isa);
+  for (int r = 0; r < height / 2; ++r) {
+    const u8* a = rowPtr(pSrc[2], r, srcStep[2]);
+    const u8* b = rowPtr(pSrc[1], r, srcStep[1]);
+    u8* d = rowPtr(pDstCbCr, r, dstCbCrStep);
+    rowFrom<MergePairs>(avx2(isa) ? mergePairs_avx2(a, b, d, width / 2) : 0, width / 2, a, b, d);
+  }
 }
 
 void myYV12ToYUY2420_8u_P3C2R(const u8* const pSrc[3], const int srcStep[3], u8* pDst,
-                              int dstStep, int width, int height) {
+                              int dstStep, int width, int height, Isa isa) {
   for (int y = 0; y < height; ++y)
-    yv12ToC2Row<false, Plain>(pSrc, srcStep, pDst, dstStep, width, y);
+    yv12ToC2Row<false, Plain>(pSrc, srcStep, pDst, dstStep, width, y, isa);
 }
 void alYV12ToYUY2420_8u_P3C2R(const u8* const pSrc[3], const int srcStep[3], u8* pDst,
                               int dstStep, int width, int height) {
   for (int y = 0; y < height; ++y)
-    yv12ToC2Row<false, AlignedStream>(pSrc, srcStep, pDst, dstStep, width, y);
+    yv12ToC2Row<false, AlignedStream>(pSrc, srcStep, pDst, dstStep, width, y, kIsaSse2);
   _mm_sfence();
 }
 
 void myYV12ToUYVY420_8u_P3C2R(const u8* const pSrc[3], const int srcStep[3], u8* pDst,
-                              int dstStep, int width, int height) {
+                              int dstStep, int width, int height, Isa isa) {
   const bool nt = aligned16(pDst) && aligned16(dstStep) &&
                   bigFrame(srcStep[0] + srcStep[1] + srcStep[2] + dstStep, height);
   rowsWithPolicy(nt, height, [&](int y, auto m) {
-    yv12ToC2Row<true, decltype(m)>(pSrc, srcStep, pDst, dstStep, width, y);
+    yv12ToC2Row<true, decltype(m)>(pSrc, srcStep, pDst, dstStep, width, y, isa);
   });
 }
 
@@ -489,13 +517,13 @@ inline int even(int v) { return v & ~1; }
 LUM_PUBLIC LumStatus lumiYCbCr420ToYCbCr422_8u_P2C2R(LUM_P2, LUM_TO_C2, LumSize roiSize) {
   LUM_RETURN_IF(lum::checkP3({pSrcY, pSrcCbCr, pDst}, {}, roiSize, 2, 2));
   lum::nv12::myNV12ToYUY2_8u_P2C2R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                   even(roiSize.width), even(roiSize.height));
+                                   even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCbCr420ToCbYCr422_8u_P2C2R(LUM_P2, LUM_TO_C2, LumSize roiSize) {
   LUM_RETURN_IF(lum::checkP3({pSrcY, pSrcCbCr, pDst}, {}, roiSize, 2, 2));
   lum::nv12::myNV12ToUYVY_8u_P2C2R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                   even(roiSize.width), even(roiSize.height));
+                                   even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 
@@ -503,7 +531,7 @@ LUM_PUBLIC LumStatus lumiYCbCr420ToCbYCr422_8u_P2C2R(LUM_P2, LUM_TO_C2, LumSize 
 LUM_PUBLIC LumStatus lumiYCbCr420ToYCrCb420_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize roiSize) {
   LUM_RETURN_IF(lum::checkP7({pSrcY, pSrcCbCr, pDst}, roiSize, {arr(pDst, 3)}));
   lum::nv12::myNV12ToYV12_8u_P2P3R(pSrcY, srcYStep, pSrcCbCr, srcCbCrStep, pDst, dstStep,
-                                   even(roiSize.width), even(roiSize.height));
+                                   even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 
@@ -512,7 +540,7 @@ LUM_PUBLIC LumStatus lumiYCbCr420ToYCrCb420_8u_P2P3R(LUM_P2, LUM_TO_P3, LumSize 
 LUM_PUBLIC LumStatus lumiYCrCb420ToYCbCr420_8u_P3P2R(LUM_P3, LUM_TO_P2, LumSize roiSize) {
   LUM_RETURN_IF(lum::checkP3({pSrc[0], pSrc[1], pSrc[2], pDstY, pDstCbCr}, {}, roiSize, 2, 2));
   lum::nv12::myYV12ToNV12_8u_P3P2R(pSrc, srcStep, pDstY, dstYStep, pDstCbCr, dstCbCrStep,
-                                   even(roiSize.width), even(roiSize.height));
+                                   even(roiSize.width), even(roiSize.height), lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCrCb420ToYCbCr422_8u_P3C2R(LUM_P3, LUM_TO_C2, LumSize roiSize) {
@@ -524,13 +552,13 @@ LUM_PUBLIC LumStatus lumiYCrCb420ToYCbCr422_8u_P3C2R(LUM_P3, LUM_TO_C2, LumSize 
       bigFrame(srcStep[0] + srcStep[1] + srcStep[2] + dstStep, roiSize.height))
     lum::nv12::alYV12ToYUY2420_8u_P3C2R(pSrc, srcStep, pDst, dstStep, width, height);
   else
-    lum::nv12::myYV12ToYUY2420_8u_P3C2R(pSrc, srcStep, pDst, dstStep, width, height);
+    lum::nv12::myYV12ToYUY2420_8u_P3C2R(pSrc, srcStep, pDst, dstStep, width, height, lum::isa());
   return LumOk;
 }
 LUM_PUBLIC LumStatus lumiYCrCb420ToCbYCr422_8u_P3C2R(LUM_P3, LUM_TO_C2, LumSize roiSize) {
   LUM_RETURN_IF(lum::checkP3({pSrc[0], pSrc[1], pSrc[2], pDst}, {}, roiSize, 2, 2));
   lum::nv12::myYV12ToUYVY420_8u_P3C2R(pSrc, srcStep, pDst, dstStep, even(roiSize.width),
-                                      even(roiSize.height));
+                                      even(roiSize.height), lum::isa());
   return LumOk;
 }
 

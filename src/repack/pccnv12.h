@@ -16,6 +16,7 @@
 #ifndef LUM_PCCNV12_H
 #define LUM_PCCNV12_H
 
+#include "frame/lum_cpu.h"
 #include "lumcc.h"
 #include "repack/pccrepack.h"
 
@@ -25,26 +26,36 @@ namespace nv12 {
 // The one-row forms, for the tests (the RowForm of the layout repacks).
 const lum::repack::RowForm* rowForms(int* count);
 
+// Faster paths (pccnv12_avx2.cpp), entered when the call's level is AVX2:
+// 32 pixel pairs (64 bytes of Y) a round; each returns the units done, and
+// the SSE2 row goes on from there with the same bytes.
+int copyY_avx2(const Lum8u* s, Lum8u* d, int n);
+int splitPairs_avx2(const Lum8u* s, Lum8u* a, Lum8u* b, int pairs);
+int mergePairs_avx2(const Lum8u* a, const Lum8u* b, Lum8u* d, int pairs);
+int p2ToC2_avx2(bool uyvy, const Lum8u* y, const Lum8u* c, Lum8u* d, int pairs);
+int p3ToC2_avx2(bool uyvy, const Lum8u* y, const Lum8u* a, const Lum8u* b, Lum8u* d, int pairs);
+
 // Row drivers: width and height already rounded down (width even; height
-// even except for the two C2 -> C2 drivers).
+// even except for the two C2 -> C2 drivers); isa: the call's level (the
+// streaming and aligned paths stay SSE2).
 void myNV12ToYUY2_8u_P2C2R(const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr,
-                           int srcCbCrStep, Lum8u* pDst, int dstStep, int width, int height);
+                           int srcCbCrStep, Lum8u* pDst, int dstStep, int width, int height, lum::Isa isa);
 void myNV12ToUYVY_8u_P2C2R(const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr,
-                           int srcCbCrStep, Lum8u* pDst, int dstStep, int width, int height);
+                           int srcCbCrStep, Lum8u* pDst, int dstStep, int width, int height, lum::Isa isa);
 void myNV12ToYV12_8u_P2P3R(const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr,
                            int srcCbCrStep, Lum8u* const pDst[3], const int dstStep[3],
-                           int width, int height);
+                           int width, int height, lum::Isa isa);
 void myYV12ToNV12_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3], Lum8u* pDstY,
                            int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep, int width,
-                           int height);
+                           int height, lum::Isa isa);
 void myYV12ToYUY2420_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3], Lum8u* pDst,
-                              int dstStep, int width, int height);
+                              int dstStep, int width, int height, lum::Isa isa);
 // Aligned twin: every pointer and step 16-byte aligned; aligned loads and
 // non-temporal stores, fenced at the end.  Same bytes as the plain driver.
 void alYV12ToYUY2420_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3], Lum8u* pDst,
                               int dstStep, int width, int height);
 void myYV12ToUYVY420_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3], Lum8u* pDst,
-                              int dstStep, int width, int height);
+                              int dstStep, int width, int height, lum::Isa isa);
 void myYUY2ToUYVY422_8u_C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
                             int height);
 void myUYVYToYUY2422_8u_C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int width,
