@@ -740,6 +740,214 @@ LUM_API LumStatus lumiYCbCr422ToYCrCb422_8u_P3C2R(const Lum8u* const pSrc[3], co
                                                   Lum8u* pDst, int dstStep, LumSize roiSize);
 /* END SECTION repack-layouts */
 
+/* BEGIN SECTION repack-nv12 (NV12, YV12, YUY2 and UYVY conversions) */
+/*
+ * Repacks among the four arrangements video hardware and codecs use most,
+ * with no arithmetic on a sample: Y is copied unchanged and in order, chroma
+ * rows are repeated (4:2:0 -> 4:2:2: chroma row r serves image rows 2r and
+ * 2r + 1) or the odd rows' chroma dropped (4:2:2 -> 4:2:0: only the even
+ * rows give chroma, the odd rows give Y).  All samples 8u.
+ *   YUY2  YCbCr422 in C2 form, "Y0 Cb Y1 Cr" per pixel pair
+ *   UYVY  CbYCr422 in C2 form, "Cb Y0 Cr Y1"
+ *   NV12  4:2:0 P2: a Y plane and a plane of pairs Cb Cr (W bytes a row)
+ *   YV12  4:2:0 P3 with the planes Y, Cr, Cb (pSrc/pDst arrays of 3 plane
+ *         pointers, srcStep/dstStep arrays of 3 steps)
+ * Width and height are rounded down to even (the two C2 -> C2 functions keep
+ * the height); the column and row left over stay unwritten, with no warning.
+ * Steps are not tested.  After the checks the status is LumOk.  Everything
+ * runs on the calling thread.
+ *
+ * Exception: lumiYCbCr420ToYCrCb420_8u_P2P3R writes Cb to pDst[1] and Cr to
+ * pDst[2] (the YCbCr plane order, not the YCrCb of its name), while
+ * lumiYCrCb420ToYCbCr420_8u_P3P2R does read pSrc[2] as Cb: a round trip of
+ * the two exchanges the chroma planes.
+ *
+ * Large frames: lumiYCrCb420ToYCbCr422_8u_P3C2R (every pointer and step
+ * 16-byte aligned), lumiYCrCb420ToCbYCr422_8u_P3C2R and
+ * lumiYCbCr422ToCbYCr422_8u_C2R (pDst, dstStep 16-byte aligned) store with
+ * non-temporal stores when (sum of all steps) * height exceeds 524288; the
+ * bytes are the same.
+ */
+/* NV12 -> YUY2.  Checks: pSrcY, pSrcCbCr, pDst null -> LumErrNullPtr; width
+ * or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_8u_P2C2R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* NV12 -> UYVY.  Checks as lumiYCbCr420ToYCbCr422_8u_P2C2R. */
+LUM_API LumStatus lumiYCbCr420ToCbYCr422_8u_P2C2R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* NV12 -> three planes Y, Cb, Cr (see the exception above).  Checks in two
+ * rounds: pSrcY, pSrcCbCr, pDst (the array) null -> LumErrNullPtr; width or
+ * height below 1 -> LumErrSize; a plane pointer of pDst null ->
+ * LumErrNullPtr; width or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCrCb420_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                  const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* YV12 -> NV12: the pair's first byte from pSrc[2], the second from pSrc[1].
+ * Checks: the entries of pSrc (pSrc itself is not tested and must not be
+ * null), then pDstY, pDstCbCr null -> LumErrNullPtr; width or height below
+ * 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCrCb420ToYCbCr420_8u_P3P2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr,
+                                                  int dstCbCrStep, LumSize roiSize);
+/* YV12 -> YUY2: byte 1 from pSrc[2], byte 3 from pSrc[1], each chroma row
+ * serving two image rows.  Checks as lumiYCrCb420ToYCbCr420_8u_P3P2R (pDst
+ * after the entries of pSrc). */
+LUM_API LumStatus lumiYCrCb420ToYCbCr422_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* YV12 -> UYVY: byte 0 from pSrc[2], byte 2 from pSrc[1].  Checks as
+ * lumiYCrCb420ToYCbCr422_8u_P3C2R. */
+LUM_API LumStatus lumiYCrCb420ToCbYCr422_8u_P3C2R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                                  Lum8u* pDst, int dstStep, LumSize roiSize);
+/* YUY2 -> UYVY: bytes 0 and 1, 2 and 3 of each group exchanged.  Checks:
+ * pSrc, pDst null -> LumErrNullPtr; height below 1 or width below 2 ->
+ * LumErrSize.  All rows are converted (the height is not rounded). */
+LUM_API LumStatus lumiYCbCr422ToCbYCr422_8u_C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                                int dstStep, LumSize roiSize);
+/* UYVY -> YUY2.  As lumiYCbCr422ToCbYCr422_8u_C2R. */
+LUM_API LumStatus lumiCbYCr422ToYCbCr422_8u_C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                                int dstStep, LumSize roiSize);
+/* YUY2 -> YV12: even rows give chroma, byte 1 to pDst[2] and byte 3 to
+ * pDst[1].  Checks: the entries of pDst (pDst itself is not tested and must
+ * not be null), then pSrc null -> LumErrNullPtr; width or height below 2 ->
+ * LumErrSize. */
+LUM_API LumStatus lumiYCbCr422ToYCrCb420_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* UYVY -> YV12: byte 0 to pDst[2], byte 2 to pDst[1].  Checks as
+ * lumiYCbCr422ToYCrCb420_8u_C2P3R. */
+LUM_API LumStatus lumiCbYCr422ToYCrCb420_8u_C2P3R(const Lum8u* pSrc, int srcStep,
+                                                  Lum8u* const pDst[3], const int dstStep[3],
+                                                  LumSize roiSize);
+/* YUY2 -> NV12: bytes 1 and 3 of the even rows become the pair.  Checks:
+ * pSrc, pDstY, pDstCbCr null -> LumErrNullPtr; width or height below 2 ->
+ * LumErrSize. */
+LUM_API LumStatus lumiYCbCr422ToYCbCr420_8u_C2P2R(const Lum8u* pSrc, int srcStep, Lum8u* pDstY,
+                                                  int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep,
+                                                  LumSize roiSize);
+/* UYVY -> NV12: bytes 0 and 2 of the even rows become the pair.  Checks as
+ * lumiYCbCr422ToYCbCr420_8u_C2P2R. */
+LUM_API LumStatus lumiCbYCr422ToYCbCr420_8u_C2P2R(const Lum8u* pSrc, int srcStep, Lum8u* pDstY,
+                                                  int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep,
+                                                  LumSize roiSize);
+/* END SECTION repack-nv12 */
+
+/* BEGIN SECTION repack-deinterlace (deinterlacing conversions of NV12) */
+/*
+ * NV12 (a Y plane and a plane of Cb Cr pairs, 4:2:0) to YUY2 or to three
+ * planes, smoothing each luma row with its two vertical neighbours (1, 2, 1
+ * over 4; the first row of the frame 3, 1 over 4, the last 1, 3 over 4),
+ * which blends the two fields of an interlaced frame, and averaging
+ * neighbouring chroma rows: output chroma row r takes source rows r and
+ * r + 1, the last one rows n - 1 and n - 2 (n = height / 2).  Cb mixes only
+ * with Cb.  The YUY2 form gives a row pair's two rows the pair's chroma.
+ *
+ * The block loops average with (a + b + 1) >> 1, nested; the scalar loops
+ * add and shift down; which part of a row goes to which is fixed, so the
+ * results differ from a plain (a + 2b + c) >> 2 by one level in places,
+ * and the whole-frame YUY2 form adds 4 before its scalar shifts (a flat
+ * area of value v comes out v + 1 in its first two and last two rows and
+ * in the scalar columns of the others, clamped at 255).
+ *
+ * layout: lumSliceFirst (1), lumSliceMiddle (4), lumSliceLast (16) select
+ * a horizontal slice of a frame; lumSliceAll (21), or any other value with
+ * the bits 1, 4 and 16 all set, the whole frame; any other value converts
+ * nothing and returns LumOk.  Slices must be run in order from the top;
+ * pointers and roiSize describe the slice.  With h the slice height (rounded
+ * down to even), the rows written are, in slice coordinates:
+ *   first   luma 0 .. h-3, chroma rows (or YUY2 row pairs) 0 .. n-2
+ *   middle  luma -2 .. h-3, chroma -1 .. n-2
+ *   last    luma -2 .. h-1, chroma -1 .. n-1
+ *   all     luma 0 .. h-1, chroma 0 .. n-1
+ * so the two rows above a middle or last slice's destination pointer are
+ * written, and the three luma rows and one chroma row above its source
+ * pointers are read.  Exception: the YUY2 form's first slice always writes
+ * rows 0 and 1 and reads luma row 2 and chroma row 1, so a first slice of
+ * height 2 reads past its end; the planar form's first slice of height 2
+ * writes nothing.  The planar form writes the first byte of each pair (Cb)
+ * to pDst[1] and the second (Cr) to pDst[2].  When the even width is a
+ * multiple of 64, the even height of 16, srcYStep of 16, srcCbCrStep and
+ * the three dstStep of 32, and every pointer 16-byte aligned, the planar
+ * form takes its aligned form, whose first and last slices nest the block
+ * averages differently: it can differ by one level in those slices.
+ *
+ * Width and height are rounded down to even, with no warning.  The status
+ * after the checks is LumOk.  Runs on the calling thread.
+ */
+#define lumSliceFirst 1
+#define lumSliceMiddle 4
+#define lumSliceLast 16
+#define lumSliceAll 21
+/* NV12 -> YUY2, deinterlaced.  Checks: pSrcY, pSrcCbCr, pDst null ->
+ * LumErrNullPtr; width or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R(const Lum8u* pSrcY, int srcYStep,
+                                                         const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                         Lum8u* pDst, int dstStep,
+                                                         LumSize roiSize, int layout);
+/* NV12 -> three planes Y, Cb, Cr (see above), deinterlaced.  Checks in two
+ * rounds: pSrcY, pSrcCbCr, pDst (the array) null -> LumErrNullPtr; width or
+ * height below 1 -> LumErrSize; a plane pointer of pDst null ->
+ * LumErrNullPtr; width or height below 2 -> LumErrSize. */
+LUM_API LumStatus lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                         const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                         Lum8u* const pDst[3],
+                                                         const int dstStep[3], LumSize roiSize,
+                                                         int layout);
+/* END SECTION repack-deinterlace */
+
+/* BEGIN SECTION repack-filter (filtered chroma upsampling) */
+/*
+ * 4:2:0 -> 4:2:2 with filtered chroma rows.  Y is copied; source chroma row
+ * r becomes destination row 2r unchanged; each odd row 2r + 1 is computed
+ * from the even rows with the taps -1, 9, 9, -1 over 16 and a rounding 8:
+ *   d[2r+1] = clamp((9 * (c[r] + c[r+1]) - c[r-1] - c[r+2] + 8) >> 4)
+ * where a row above the image is replaced by the first (c[-1] = c[0]) and
+ * a row below by the last (c[n] = c[n+1] = c[n-1]); the shift is arithmetic,
+ * the clamp to 0..255.  Columns are not filtered.  A flat plane stays flat;
+ * a step edge overshoots and clamps.
+ * Checks: a null plane array or plane pointer -> LumErrNullPtr; width below
+ * 2 or height below 8 -> LumErrSize.  The width is rounded down to even, the
+ * height to a multiple of 8 (not 2): the rows beyond stay unwritten, with no
+ * warning.  Steps are not tested.  Runs on the calling thread.
+ */
+/* Planes Y, Cb, Cr 4:2:0 -> Y, Cb, Cr 4:2:2. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_Filter_8u_P3R(const Lum8u* const pSrc[3],
+                                                       const int srcStep[3], Lum8u* const pDst[3],
+                                                       const int dstStep[3], LumSize roiSize);
+/* Planes Y, Cr, Cb 4:2:0 -> Y, Cb, Cr 4:2:2 (pDst[1] is the filtered
+ * pSrc[2]). */
+LUM_API LumStatus lumiYCrCb420ToYCbCr422_Filter_8u_P3R(const Lum8u* const pSrc[3],
+                                                       const int srcStep[3], Lum8u* const pDst[3],
+                                                       const int dstStep[3], LumSize roiSize);
+/* NV12 (Y plane, plane of Cb Cr pairs) -> Y, Cb, Cr 4:2:2. */
+LUM_API LumStatus lumiYCbCr420ToYCbCr422_Filter_8u_P2P3R(const Lum8u* pSrcY, int srcYStep,
+                                                         const Lum8u* pSrcCbCr, int srcCbCrStep,
+                                                         Lum8u* const pDst[3],
+                                                         const int dstStep[3], LumSize roiSize);
+/* Planes Y, Cr, Cb 4:2:0 -> BGR with alpha: bytes B, G, R, alphaValue a
+ * pixel.  Rows 2j and 2j + 1 take chroma row j; along a row pixel 2k takes
+ * Cr[k], Cb[k] and pixel 2k + 1 the averages (Cr[k] + Cr[k+1] + 1) >> 1,
+ * (Cb[k] + Cb[k+1] + 1) >> 1, except in the last pair, whose pixels both
+ * take Cr[k], Cb[k].  With cr = Cr - 128, cb = Cb - 128:
+ *   R = clamp((76309 Y + 104597 cr - 1220944) >> 16)
+ *   G = clamp((76309 Y - 53279 cr - 25675 cb - 1220944) >> 16)
+ *   B = clamp((76309 Y + 132201 cb - 1220944) >> 16)
+ * (arithmetic shift, no rounding term, clamp to 0..255).
+ * Checks: pSrc or pDst null -> LumErrNullPtr; width or height below 1 ->
+ * LumErrSize; a plane pointer of pSrc null -> LumErrNullPtr.  Whole pairs of
+ * columns and rows are converted; an odd width leaves the last column, an
+ * odd height the last row unwritten, and the result is then LumWarnOddSize,
+ * else LumOk.  A height of 1 converts nothing.  A width of 1 still writes
+ * two pixels a row (8 bytes) and reads two luma samples a row: the images
+ * must provide for that. */
+LUM_API LumStatus lumiYCrCb420ToBGR_Filter_8u_P3C4R(const Lum8u* const pSrc[3],
+                                                    const int srcStep[3], Lum8u* pDst,
+                                                    int dstStep, LumSize roiSize,
+                                                    Lum8u alphaValue);
+/* END SECTION repack-filter */
+
 #ifdef __cplusplus
 }
 #endif

@@ -224,8 +224,45 @@ void nullDestination(lumtable::Args& a, const Entry& en) {
   }
 }
 
+// BEGIN P7 faults (two rounds of checks) ------------------------------------
+// Arrays null, then size below 1 by 1, then elements null, then size below 2
+// by 2: each failure against the one after it.
+std::vector<Fault> faultsP7() {
+  auto nullDstArray = [](lumtable::Args& a, const Entry&) { a.dstArrayNull = true; };
+  return {
+      {"null source", LumErrNullPtr, [](lumtable::Args& a, const Entry&) { a.src[0] = nullptr; }},
+      {"null chroma source, width 0", LumErrNullPtr,
+       [](lumtable::Args& a, const Entry&) {
+         a.src[1] = nullptr;
+         a.roi.width = 0;
+       }},
+      {"null destination array", LumErrNullPtr, nullDstArray},
+      {"null destination array, height -1", LumErrNullPtr,
+       [](lumtable::Args& a, const Entry&) {
+         a.dstArrayNull = true;
+         a.roi.height = -1;
+       }},
+      {"width 0", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.width = 0; }},
+      {"height 0", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.height = 0; }},
+      {"null destination plane, height 0", LumErrSize,
+       [](lumtable::Args& a, const Entry&) {
+         a.dst[1] = nullptr;
+         a.roi.height = 0;
+       }},
+      {"null last destination plane, width 1", LumErrNullPtr,
+       [](lumtable::Args& a, const Entry&) {
+         a.dst[2] = nullptr;
+         a.roi.width = 1;
+       }},
+      {"width 1", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.width = 1; }},
+      {"height 1", LumErrSize, [](lumtable::Args& a, const Entry&) { a.roi.height = 1; }},
+  };
+}
+// END P7 faults ---------------------------------------------------------------
+
 std::vector<Fault> faultsFor(const Entry& e) {
   const Pattern p = e.pattern;
+  if (p == Pattern::P7) return faultsP7();  // P7 block above
   std::vector<Fault> f;
   if (e.hasSource()) {
     f.push_back({"null source", LumErrNullPtr, nullSource});

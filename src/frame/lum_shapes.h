@@ -32,7 +32,11 @@ namespace lum {
 // and the service shapes, which the image suites leave to their own tests:
 //   Stat      pSrc, srcStep, roiSize, pResult
 //   StatHint  pSrc, srcStep, roiSize, pResult, hint
-enum class Shape { A, B, C, D, E, F, G, H, I, J, L, M, N, Stat, StatHint, Other };
+// BEGIN shape Lx (deinterlacing) ----------------------------------------------
+//   Lx  shape L with a trailing int selector (`layout` of the deinterlacing
+//       conversions); the table calls it with the whole-frame selector 21
+// END shape Lx ----------------------------------------------------------------
+enum class Shape { A, B, C, D, E, F, G, H, I, J, L, M, N, Stat, StatHint, Other, Lx };
 
 // Layouts of one side.  An AC4 pixel's fourth sample is alpha, which a
 // destination keeps as it was; a C4 destination has all four written; an

@@ -26,7 +26,7 @@ bool Entry::dstIsArray() const {
   switch (shape) {
     case Shape::B: case Shape::D: case Shape::E: case Shape::G: case Shape::H: case Shape::I:
       return true;
-    case Shape::J: case Shape::L:
+    case Shape::J: case Shape::L: case Shape::Lx:
       return lum::isPlanar(dstLayout);
     default:
       return false;
@@ -35,11 +35,12 @@ bool Entry::dstIsArray() const {
 
 bool Entry::srcStepPerPlane() const {
   return shape == Shape::F || shape == Shape::H || shape == Shape::I || shape == Shape::L ||
+         shape == Shape::Lx ||
          (shape == Shape::M && lum::isPlanar(srcLayout));
 }
 bool Entry::dstStepPerPlane() const {
   return shape == Shape::E || shape == Shape::G || shape == Shape::I || shape == Shape::M ||
-         (shape == Shape::L && lum::isPlanar(dstLayout));
+         ((shape == Shape::L || shape == Shape::Lx) && lum::isPlanar(dstLayout));
 }
 
 namespace {
@@ -160,6 +161,21 @@ LumStatus callL(const Args& a) {
   if constexpr (dp) return f(s.p[0], a.srcSteps[0], s.p[1], a.srcSteps[1], d.arr, a.dstSteps, a.roi);
   else return f(s.p[0], a.srcSteps[0], s.p[1], a.srcSteps[1], d.p[0], a.dstSteps[0], a.roi);
 }
+// BEGIN shape Lx: L with a trailing selector, called with the whole frame (21).
+template <class S, class D, bool dp>
+struct LxSig {
+  using type = std::conditional_t<
+      dp, LumStatus (*)(const S*, int, const S*, int, D* const*, const int*, LumSize, int),
+      LumStatus (*)(const S*, int, const S*, int, D*, int, LumSize, int)>;
+};
+template <class S, class D, bool dp, typename LxSig<S, D, dp>::type f>
+LumStatus callLx(const Args& a) {
+  const In<S> s(a);
+  const Out<D> d(a);
+  if constexpr (dp) return f(s.p[0], a.srcSteps[0], s.p[1], a.srcSteps[1], d.arr, a.dstSteps, a.roi, 21);
+  else return f(s.p[0], a.srcSteps[0], s.p[1], a.srcSteps[1], d.p[0], a.dstSteps[0], a.roi, 21);
+}
+// END shape Lx
 template <class S, class D, bool sp>
 struct MSig {
   using type = std::conditional_t<sp, typename Sig<S, D>::MP, typename Sig<S, D>::MC>;
@@ -194,6 +210,7 @@ constexpr Invoke callStatHint() { return nullptr; }
 #define LUM_INVOKER_J(name, S, D, sl, dl) \
   &callJ<S, D, lum::isPlanar(lum::Layout::sl), lum::isPlanar(lum::Layout::dl), name>
 #define LUM_INVOKER_L(name, S, D, sl, dl) &callL<S, D, lum::isPlanar(lum::Layout::dl), name>
+#define LUM_INVOKER_Lx(name, S, D, sl, dl) &callLx<S, D, lum::isPlanar(lum::Layout::dl), name>
 #define LUM_INVOKER_M(name, S, D, sl, dl) &callM<S, D, lum::isPlanar(lum::Layout::sl), name>
 #define LUM_INVOKER_N(name, S, D, sl, dl) &callN<S, D, name>
 #define LUM_INVOKER_Other(name, S, D, sl, dl) (static_cast<void>(&name), Invoke{nullptr})
@@ -223,7 +240,7 @@ const Entry* find(const char* name) {
 
 const char* shapeName(lum::Shape s) {
   static const char* const kNames[] = {"A", "B", "C", "D", "E", "F", "G", "H",
-                                       "I", "J", "L", "M", "N", "Stat", "StatHint", "Other"};
+                                       "I", "J", "L", "M", "N", "Stat", "StatHint", "Other", "Lx"};
   return kNames[static_cast<int>(s)];
 }
 const char* patternName(lum::Pattern p) {
