@@ -49,7 +49,7 @@ TEST(Nv12Rows, BlockEqualsScalarFormAcrossBlockBoundaries) {
         a[i] = dv.back()->data();
         b[i] = ds.back()->data();
       }
-      F.vec(s, a, n);
+      F.vec(s, a, n, lum::kIsaSse2);
       F.scalar(s, b, n);
       for (int i = 0; i < F.nDst; ++i) {
         ASSERT_EQ(dv[i]->regionBytes(), ds[i]->regionBytes()) << F.name << " n=" << n;

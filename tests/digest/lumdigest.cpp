@@ -253,17 +253,28 @@ int expect(const char* path, const std::vector<std::string>& got) {
 // digested together.  The record holds these; --sizes shows the lines
 // behind them.
 std::vector<std::string> perFunction(const std::vector<std::string>& lines) {
+  // Lines of one name digested together, in the order names first appear
+  // (the services print their functions size by size, interleaved).
+  std::vector<std::string> names;
+  std::vector<uint64_t> hashes;
+  std::vector<int> counts;
+  for (const std::string& l : lines) {
+    const std::string name = l.substr(0, l.find(' '));
+    size_t k = 0;
+    while (k < names.size() && names[k] != name) ++k;
+    if (k == names.size()) {
+      names.push_back(name);
+      hashes.push_back(1469598103934665603ull);
+      counts.push_back(0);
+    }
+    hashes[k] = fnv1a(l.data(), l.size(), hashes[k]);
+    ++counts[k];
+  }
   std::vector<std::string> out;
-  size_t i = 0;
-  while (i < lines.size()) {
-    const std::string name = lines[i].substr(0, lines[i].find(' '));
-    uint64_t h = 1469598103934665603ull;
-    int n = 0;
-    for (; i < lines.size() && lines[i].compare(0, name.size() + 1, name + " ") == 0; ++i, ++n)
-      h = fnv1a(lines[i].data(), lines[i].size(), h);
+  for (size_t k = 0; k < names.size(); ++k) {
     char line[256];
-    snprintf(line, sizeof line, "%-34s %3d sizes %016llx", name.c_str(), n,
-             static_cast<unsigned long long>(h));
+    snprintf(line, sizeof line, "%-34s %3d sizes %016llx", names[k].c_str(), counts[k],
+             static_cast<unsigned long long>(hashes[k]));
     out.push_back(line);
   }
   return out;
