@@ -32,7 +32,10 @@ namespace lum {
 // and the service shapes, which the image suites leave to their own tests:
 //   Stat      pSrc, srcStep, roiSize, pResult
 //   StatHint  pSrc, srcStep, roiSize, pResult, hint
-enum class Shape { A, B, C, D, E, F, G, H, I, J, L, M, N, Stat, StatHint, Other };
+// BEGIN cbycr: shape A followed by an 8-bit alphaValue (C4 destinations).
+//   AAlpha    pSrc, srcStep, pDst, dstStep, roiSize, alphaValue
+// END cbycr
+enum class Shape { A, B, C, D, E, F, G, H, I, J, L, M, N, Stat, StatHint, Other, AAlpha };
 
 // Layouts of one side.  An AC4 pixel's fourth sample is alpha, which a
 // destination keeps as it was; a C4 destination has all four written; an
