@@ -27,22 +27,56 @@ inline void store16(Lum8u* p, __m128i v) {
 }
 
 // ---------------------------------------------------------------------------
-// RGB to CbYCr: the table's values of pixel x, and one row.
-template <const ChannelTable& kTable>
+// RGB to CbYCr: the table's values of pixel x, and one row.  Rounds of 8
+// pixels (4 pairs) over the whole pairs while they fit, then pair by pair;
+// one arithmetic throughout.  The left neighbour of the first pair is
+// (0, 0, 0), which adds nothing.
+template <const ChannelTable& kTable, bool kIdentity>
+inline void loadTable8(const Lum8u* s, I16x8 c[3]) {
+  __m128i b[3];
+  if (kIdentity) {
+    deinterleave3x8(s, b);
+  } else {
+    alignas(16) Lum8u t[24];
+    for (int i = 0; i < 24; ++i) t[i] = static_cast<Lum8u>(kTable.v[s[i]]);
+    deinterleave3x8(t, b);
+  }
+  for (int k = 0; k < 3; ++k) c[k] = I16x8{lo8to16(b[k])};
+}
+
+template <const ChannelTable& kTable, bool kIdentity>
 void rowToCbYCr(const Lum8u* s, Lum8u* d, int width) {
   auto px = [&](int x, int v[3]) {
     v[0] = kTable.v[s[3 * x]], v[1] = kTable.v[s[3 * x + 1]], v[2] = kTable.v[s[3 * x + 2]];
   };
   int prev[3] = {0, 0, 0}, a[3], b[3];
+  const int end = (width & ~1) & ~7;
   int x = 0;
+  const __m128i lowHalves = _mm_set1_epi32(0xFFFF);
+  for (; x < end; x += 8) {
+    I16x8 c[3], A[3];
+    loadTable8<kTable, kIdentity>(s + 3 * x, c);
+    for (int k = 0; k < 3; ++k) {
+      const __m128i left = _mm_insert_epi16(_mm_slli_si128(c[k].v, 2), prev[k], 0);
+      const __m128i sides = _mm_add_epi16(left, _mm_srli_si128(c[k].v, 2));
+      A[k] = I16x8{_mm_or_si128(_mm_and_si128(c[k].v, lowHalves), _mm_slli_epi32(sides, 16))};
+      prev[k] = _mm_extract_epi16(c[k].v, 7);
+    }
+    I32x4 y[2];
+    filterYLanes(c[0], c[1], c[2], y);
+    const I32x4 cb = pairFilteredLanes<I16x8, I32x4>(A[0], A[1], A[2], kFilterCb);
+    const I32x4 cr = pairFilteredLanes<I16x8, I32x4>(A[0], A[1], A[2], kFilterCr);
+    const __m128i Y = _mm_packs_epi32(y[0].v, y[1].v);
+    const __m128i C = _mm_unpacklo_epi16(_mm_packs_epi32(cb.v, cb.v), _mm_packs_epi32(cr.v, cr.v));
+    storeu(d + 2 * x, _mm_unpacklo_epi8(vPackS16U8(C, C), vPackS16U8(Y, Y)));
+  }
   for (; x + 1 < width; x += 2) {
     px(x, a);
     px(x + 1, b);
-    const int* left = x > 0 ? prev : nullptr;
     Lum8u* q = d + 2 * x;
-    q[0] = pairFiltered(left, a, b, kFilterCb);
+    q[0] = pairFiltered(prev, a, b, kFilterCb);
     q[1] = filterY(a[0], a[1], a[2]);
-    q[2] = pairFiltered(left, a, b, kFilterCr);
+    q[2] = pairFiltered(prev, a, b, kFilterCr);
     q[3] = filterY(b[0], b[1], b[2]);
     prev[0] = b[0], prev[1] = b[1], prev[2] = b[2];
   }
@@ -78,7 +112,16 @@ inline void tailToRGBRow(const Lum8u* s, int x, int width, Put put) {
 
 void rowToRGB(const Lum8u* s, Lum8u* d, int width) {
   const int end = width & ~(kBlockToRGB - 1);
-  for (int x = 0; x < end; x += 8) {
+  int x16 = 0;
+  for (; x16 + 16 <= end; x16 += 16) {  // rounds of 16 while they fit, then one of 8
+    I16x8 lo[3], hi[3];
+    toRGBLanes(loadu(s + 2 * x16), lo);
+    toRGBLanes(loadu(s + 2 * x16 + 16), hi);
+    const __m128i b[3] = {vPackS16U8(lo[0].v, hi[0].v), vPackS16U8(lo[1].v, hi[1].v),
+                          vPackS16U8(lo[2].v, hi[2].v)};
+    interleave3x16(b, d + 3 * x16);
+  }
+  for (int x = x16; x < end; x += 8) {
     I16x8 c[3];
     toRGBLanes(loadu(s + 2 * x), c);
     const __m128i b[3] = {vPackS16U8(c[0].v, c[0].v), vPackS16U8(c[1].v, c[1].v),
@@ -167,11 +210,11 @@ namespace cbycr {
 
 void myRGBToCbYCr422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
                               int dstStep) {
-  rowsCC(pSrc, pDst, width, height, srcStep, dstStep, rowToCbYCr<kPlainTable>);
+  rowsCC(pSrc, pDst, width, height, srcStep, dstStep, rowToCbYCr<kPlainTable, true>);
 }
 void myRGBToCbYCr422Gamma_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int height,
                                    int srcStep, int dstStep) {
-  rowsCC(pSrc, pDst, width, height, srcStep, dstStep, rowToCbYCr<kGammaTable>);
+  rowsCC(pSrc, pDst, width, height, srcStep, dstStep, rowToCbYCr<kGammaTable, false>);
 }
 void myCbYCr422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
                               int dstStep) {

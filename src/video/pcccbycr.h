@@ -84,6 +84,24 @@ inline uint8_t pairFiltered(const int* left, const int centre[3], const int* rig
   if (right) X += halfTerm(right, k);
   return filterChroma(X);
 }
+// On lanes.  Y of 8 pixels in two registers of four 32-bit lanes (pixels
+// 0-3, 4-7), the rounding 16384 paired with B.
+template <class I, class I32>
+inline void filterYLanes(I R, I G, I B, I32 out[2]) {
+  const I kRG = broadcastPair16<I>(8422, 16515), kB1 = broadcastPair16<I>(3212, 16384);
+  const I one = broadcast16<I>(1);
+  const I32 y16 = broadcast32<I32>(16);
+  out[0] = shrA<15>(madd(interleaveLo(R, G), kRG) + madd(interleaveLo(B, one), kB1)) + y16;
+  out[1] = shrA<15>(madd(interleaveHi(R, G), kRG) + madd(interleaveHi(B, one), kB1)) + y16;
+}
+// The chroma of 4 pairs: each channel given as 32-bit lanes of (centre,
+// sum of the two neighbours) 16-bit halves, one lane a pair.
+template <class I, class I32>
+inline I32 pairFilteredLanes(I R, I G, I B, const FilterSet& k) {
+  const I32 X = madd(R, broadcastPair16<I>(k.c0, k.h0)) + madd(G, broadcastPair16<I>(k.c1, k.h1)) +
+                madd(B, broadcastPair16<I>(k.c2, k.h2));
+  return shrA<15>(X + broadcast32<I32>(16383)) + broadcast32<I32>(128);  // the packs clamp
+}
 // An odd last pixel: its own Cb at double weight, no neighbours.
 inline uint8_t lastFilteredCb(const int p[3]) { return filterChroma(2 * centreTerm(p, kFilterCb)); }
 
