@@ -1,7 +1,8 @@
 // CbYCr 4:2:2: every public function against a model built from the scalar
 // forms and the rules for where each formula holds (the 1-2-1 chroma filter
 // with its row edges, block parts counted from each row's start, odd last
-// pixels, width 1), at every width from 1 to 70 and a wide one; the aligned
+// pixels, width 1), at every width from 1 to 70 and a wide one, at every
+// instruction-set level; the aligned
 // paths against the general ones; the block lane forms against their scalar
 // forms; the gamma table against its curve; the worked values.  Guards,
 // statuses, check order: test_generic.
@@ -15,6 +16,7 @@
 #include <vector>
 
 #include "lumcc.h"
+#include "test_support.h"
 #include "video/pcccbycr.h"
 
 using namespace lum;
@@ -141,9 +143,11 @@ TEST_P(Model, EveryWidthBothAlignmentsAsTheFormulasSay) {
   std::vector<int> widths;
   for (int w = 1; w <= 70; ++w) widths.push_back(w);
   widths.push_back(1001);
+  for (lum::Isa level : lumtest::isaLevels())
   for (int extremes : {0, 1})
     for (bool aligned : {false, true})
       for (int w : widths) {
+        const lumtest::IsaCap cap(level);
         const int h = 1 + w % 3;
         Img s(rowBytes(c.srcPix, w), h, aligned, rng), d(rowBytes(c.dstPix, w), h, aligned, rng);
         if (extremes)
@@ -152,7 +156,8 @@ TEST_P(Model, EveryWidthBothAlignmentsAsTheFormulasSay) {
         Img want = d;
         for (int y = 0; y < h; ++y) c.model(s, want, y, w);
         ASSERT_EQ(c.call(s, d, {w, h}), LumOk);
-        ASSERT_EQ(d.raw, want.raw) << c.name << " " << w << "x" << h << (aligned ? " aligned" : "");
+        ASSERT_EQ(d.raw, want.raw) << c.name << " " << w << "x" << h << (aligned ? " aligned" : "")
+                                   << " at " << lumtest::isaName(level);
       }
 }
 INSTANTIATE_TEST_SUITE_P(CbYCr, Model, ::testing::Range(0, 5),

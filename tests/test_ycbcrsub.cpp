@@ -2,9 +2,9 @@
 // model built from the scalar forms and the rules for where each formula
 // holds (block parts counted from each row's start, remaining pairs and
 // cells, odd last pixels, width 1), at every width from 1 to 70 and a wide
-// one, odd heights; each lane form against its scalar form over every input
-// or a large sample; the worked values.  Guards, statuses, check order:
-// test_generic.
+// one, odd heights, at every instruction-set level; each lane form against
+// its scalar form over every input or a large sample; the worked values.
+// Guards, statuses, check order: test_generic.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "lumcc.h"
+#include "test_support.h"
 #include "video/pccycbcr02.h"
 
 using namespace lum;
@@ -221,9 +222,11 @@ TEST_P(Model, EveryWidthAndHeightAsTheFormulasSay) {
   std::vector<int> widths;
   for (int w = 1; w <= 70; ++w) widths.push_back(w);
   widths.push_back(1001);
+  for (lum::Isa level : lumtest::isaLevels())
   for (int mode : {0, 1})
     for (int w : widths)
       for (int h : {1, 2, 3}) {
+        const lumtest::IsaCap cap(level);
         g_mode = mode;
         const LumSize r{w, h};
         std::vector<Img> s, d;
@@ -237,7 +240,8 @@ TEST_P(Model, EveryWidthAndHeightAsTheFormulasSay) {
         const LumStatus st = c.call(s, d, r);
         EXPECT_EQ(st, c.odd420 && ((w | h) & 1) ? LumWarnOddSize : LumOk) << c.name << " " << w << "x" << h;
         for (size_t p = 0; p < d.size(); ++p)
-          ASSERT_EQ(d[p].buf, want[p].buf) << c.name << " " << w << "x" << h << " plane " << p << " mode " << mode;
+          ASSERT_EQ(d[p].buf, want[p].buf) << c.name << " " << w << "x" << h << " plane " << p << " mode " << mode
+                                           << " at " << lumtest::isaName(level);
       }
 }
 INSTANTIATE_TEST_SUITE_P(YCbCrSub, Model, ::testing::Range(0, 11),

@@ -156,11 +156,11 @@ namespace cbycr {
 
 // Row drivers (the row loop and the pixel loop together).
 void myRGBToCbYCr422_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                              int dstStep);
+                              int dstStep, Isa isa);
 void myRGBToCbYCr422Gamma_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int height,
-                                   int srcStep, int dstStep);
+                                   int srcStep, int dstStep, Isa isa);
 void myCbYCr422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
-                              int dstStep);
+                              int dstStep, Isa isa);
 void myCbYCr422ToBGR_8u_C2AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height,
                                int srcStep, int dstStep, Lum8u alphaValue);
 void myAlCbYCr422ToBGR_8u_C2AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height,
@@ -169,6 +169,13 @@ void myBGRToCbYCr422_8u_AC4C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int he
                                int srcStep, int dstStep);
 void myAlBGRToCbYCr422_8u_AC4C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int height,
                                  int srcStep, int dstStep);
+
+
+// The rows with 3-byte pixels compiled for SSSE3 (pcccbycr_ssse3.cpp), entered
+// only when the call's level is SSSE3 or more.
+void rowRGBToCbYCr422_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+void rowRGBToCbYCr422Gamma_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+void rowCbYCr422ToRGB_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
 
 }  // namespace cbycr
 }  // namespace lum

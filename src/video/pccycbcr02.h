@@ -163,26 +163,40 @@ enum class Order { CbCr, CrCb };
 
 // One-row kernels.  4:2:2: row pointers and the pixel count; 4:2:0: two rows
 // at once, counted in cells.
-void innerRGBToYCbCr422_C3_C2R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerRGBToYCrCb422_C3_C2R(const Lum8u* pSrc, Lum8u* pDst, int width);
+void innerRGBToYCbCr422_C3_C2R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerRGBToYCrCb422_C3_C2R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void innerRGBToYCbCr422_C3P2_C3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pDst,
                                  int width);
 void innerRGBToYCrCb422_C3P2_C3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* pB, Lum8u* pDst,
                                  int width);
 void innerRGBToYCbCr420_8u_C3P3R(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
-                                 Lum8u* pCb, Lum8u* pCr, int cells);
-void innerYCbCrToRGB422_C2_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
-void innerYCrCbToRGB422_C2_C3R(const Lum8u* pSrc, Lum8u* pDst, int width);
+                                 Lum8u* pCb, Lum8u* pCr, int cells, Isa isa);
+void innerYCbCrToRGB422_C2_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
+void innerYCrCbToRGB422_C2_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa);
 void innerYCbCr422ToRGB_C2_C3P2R(const Lum8u* pSrc, Lum8u* pR, Lum8u* pG, Lum8u* pB, int width);
 void innerYCrCb422ToRGB_C2_C3P2R(const Lum8u* pSrc, Lum8u* pR, Lum8u* pG, Lum8u* pB, int width);
 void innerYCbCr422ToRGB_8u_P3C3R(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr,
-                                 Lum8u* pDst, int width);
+                                 Lum8u* pDst, int width, Isa isa);
 void innerYCbCr420ToRGB_8u_P3C3R(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pCb,
-                                 const Lum8u* pCr, Lum8u* pRow0, Lum8u* pRow1, int cells);
+                                 const Lum8u* pCr, Lum8u* pRow0, Lum8u* pRow1, int cells, Isa isa);
 // Width 1, one pixel a row over `height` rows (the YCbCr and YCrCb forms are
 // the same routine: the one chroma byte serves both).
 void unrealYCbCr(const Lum8u* pSrc, int srcStep, Lum8u* pDst, int dstStep, int height);
 void unrealYCbCrP(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3], int dstStep, int height);
+
+// The kernels with 3-byte pixels compiled for SSSE3 (pccycbcr02_ssse3.cpp):
+// the same templates with the pixels (de)interleaved by byte shuffles,
+// entered only when the call's level is SSSE3 or more.
+void rowRGBToYCbCr422_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+void rowRGBToYCrCb422_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+void rowRGBToYCbCr420_C3_ssse3(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
+                               Lum8u* pCb, Lum8u* pCr, int cells);
+void rowYCbCrToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+void rowYCrCbToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+void rowYCbCr422ToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
+                                 int width);
+void rowYCbCr420ToRGB_P3C3_ssse3(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pCb,
+                                 const Lum8u* pCr, Lum8u* pRow0, Lum8u* pRow1, int cells);
 
 }  // namespace ycbcrsub
 }  // namespace lum
