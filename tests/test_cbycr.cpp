@@ -196,6 +196,35 @@ TEST(CbYCrLanes, BGRPairChromaOverPairSums) {  // sums 0 .. 510, every 2nd red a
       }
 }
 
+TEST(CbYCrLanes, FilterLumaOverEveryPixel) {
+  for (int R = 0; R < 256; ++R)
+    for (int G = 0; G < 256; ++G)
+      for (int B0 = 0; B0 < 256; B0 += 8) {
+        const I16x8 B{_mm_setr_epi16(B0, B0 + 1, B0 + 2, B0 + 3, B0 + 4, B0 + 5, B0 + 6, B0 + 7)};
+        I32x4 y[2];
+        filterYLanes(broadcast16<I16x8>(R), broadcast16<I16x8>(G), B, y);
+        alignas(16) uint8_t o[16];
+        const __m128i w = _mm_packs_epi32(y[0].v, y[1].v);
+        _mm_store_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(w, w));
+        for (int i = 0; i < 8; ++i) ASSERT_EQ(o[i], filterY(R, G, B0 + i)) << R << " " << G << " " << B0 + i;
+      }
+}
+TEST(CbYCrLanes, FilterChromaOverRandomNeighbourhoods) {
+  std::mt19937 rng(5);
+  for (int n = 0; n < 200000; ++n) {
+    int c[3], l[3], r[3];
+    for (int k = 0; k < 3; ++k) c[k] = rng() & 255, l[k] = rng() & 255, r[k] = rng() & 255;
+    if (n % 4 == 0) l[0] = l[1] = l[2] = 0;  // the row's start
+    I16x8 A[3];
+    for (int k = 0; k < 3; ++k) A[k] = I16x8{_mm_set1_epi32(c[k] | ((l[k] + r[k]) << 16))};
+    for (const FilterSet* k : {&kFilterCb, &kFilterCr}) {
+      const I32x4 v = pairFilteredLanes<I16x8, I32x4>(A[0], A[1], A[2], *k);
+      const __m128i w = _mm_packs_epi32(v.v, v.v);
+      ASSERT_EQ(_mm_cvtsi128_si32(_mm_packus_epi16(w, w)) & 255, pairFiltered(l, c, r, *k));
+    }
+  }
+}
+
 // ---------------------------------------------------------------------------
 // The gamma table and the worked values.
 TEST(CbYCr, GammaTableIsTheRoundedTransferCurve) {
