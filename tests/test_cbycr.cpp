@@ -165,16 +165,29 @@ INSTANTIATE_TEST_SUITE_P(CbYCr, Model, ::testing::Range(0, 5),
 
 // ---------------------------------------------------------------------------
 // Block lane forms against their scalar forms.
-TEST(CbYCrLanes, BGRLumaOverEveryPixel) {
+// A luma lane form (8 lanes out, as bytes) against its scalar form over every
+// R, G, B.
+template <class Lanes, class Scalar>
+void everyPixel(Lanes lanes, Scalar scalar) {
   for (int R = 0; R < 256; ++R)
     for (int G = 0; G < 256; ++G)
       for (int B0 = 0; B0 < 256; B0 += 8) {
         const I16x8 B{_mm_setr_epi16(B0, B0 + 1, B0 + 2, B0 + 3, B0 + 4, B0 + 5, B0 + 6, B0 + 7)};
-        const I16x8 y = blockFromBGRYLanes(broadcast16<I16x8>(R), broadcast16<I16x8>(G), B);
         alignas(16) uint8_t o[16];
-        _mm_store_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(y.v, y.v));
-        for (int i = 0; i < 8; ++i) ASSERT_EQ(o[i], blockFromBGRY(R, G, B0 + i)) << R << " " << G << " " << B0 + i;
+        _mm_store_si128(reinterpret_cast<__m128i*>(o), lanes(broadcast16<I16x8>(R), broadcast16<I16x8>(G), B));
+        for (int i = 0; i < 8; ++i) ASSERT_EQ(o[i], scalar(R, G, B0 + i)) << R << " " << G << " " << B0 + i;
       }
+}
+TEST(CbYCrLanes, LumaFormsOverEveryPixel) {
+  everyPixel([](I16x8 r, I16x8 g, I16x8 b) { const I16x8 y = blockFromBGRYLanes(r, g, b); return _mm_packus_epi16(y.v, y.v); },
+             blockFromBGRY);
+  everyPixel([](I16x8 r, I16x8 g, I16x8 b) {
+               I32x4 y[2];
+               filterYLanes(r, g, b, y);
+               const __m128i w = _mm_packs_epi32(y[0].v, y[1].v);
+               return _mm_packus_epi16(w, w);
+             },
+             filterY);
 }
 TEST(CbYCrLanes, BGRPairChromaOverPairSums) {  // sums 0 .. 510, every 2nd red and green
   for (int SR = 0; SR <= 510; SR += 2)
@@ -196,19 +209,6 @@ TEST(CbYCrLanes, BGRPairChromaOverPairSums) {  // sums 0 .. 510, every 2nd red a
       }
 }
 
-TEST(CbYCrLanes, FilterLumaOverEveryPixel) {
-  for (int R = 0; R < 256; ++R)
-    for (int G = 0; G < 256; ++G)
-      for (int B0 = 0; B0 < 256; B0 += 8) {
-        const I16x8 B{_mm_setr_epi16(B0, B0 + 1, B0 + 2, B0 + 3, B0 + 4, B0 + 5, B0 + 6, B0 + 7)};
-        I32x4 y[2];
-        filterYLanes(broadcast16<I16x8>(R), broadcast16<I16x8>(G), B, y);
-        alignas(16) uint8_t o[16];
-        const __m128i w = _mm_packs_epi32(y[0].v, y[1].v);
-        _mm_store_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(w, w));
-        for (int i = 0; i < 8; ++i) ASSERT_EQ(o[i], filterY(R, G, B0 + i)) << R << " " << G << " " << B0 + i;
-      }
-}
 TEST(CbYCrLanes, FilterChromaOverRandomNeighbourhoods) {
   std::mt19937 rng(5);
   for (int n = 0; n < 200000; ++n) {
