@@ -52,8 +52,12 @@ void myRGBToCbYCr422Gamma_8u_C3C2R(const Lum8u* pSrc, Lum8u* pDst, int width, in
 }
 void myCbYCr422ToRGB_8u_C2C3R(const Lum8u* pSrc, Lum8u* pDst, int width, int height, int srcStep,
                               int dstStep, Isa isa) {
-  rowsCC(pSrc, pDst, width, height, srcStep, dstStep,
-         isa >= kIsaSsse3 ? rowCbYCr422ToRGB_ssse3 : rowToRGB<NetSse2>);
+  // AVX2 rounds of 32 first, then the SSSE3 or SSE2 row from where they stopped.
+  rowsCC(pSrc, pDst, width, height, srcStep, dstStep, [isa](const Lum8u* s, Lum8u* d, int w) {
+    const int x = isa >= kIsaAvx2 ? blockCbYCr422ToRGB_avx2(s, d, w & ~(kBlockToRGB - 1)) : 0;
+    if (isa >= kIsaSsse3) return rowCbYCr422ToRGB_ssse3(s, d, w, x);
+    rowToRGB<NetSse2>(s, d, w, x);
+  });
 }
 void myCbYCr422ToBGR_8u_C2AC4R(const Lum8u* pSrc, Lum8u* pDst, int width, int height,
                                int srcStep, int dstStep, Lum8u alphaValue) {

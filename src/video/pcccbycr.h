@@ -175,7 +175,11 @@ void myAlBGRToCbYCr422_8u_AC4C2R(const Lum8u* pSrc, Lum8u* pDst, int width, int 
 // only when the call's level is SSSE3 or more.
 void rowRGBToCbYCr422_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
 void rowRGBToCbYCr422Gamma_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
-void rowCbYCr422ToRGB_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+// CbYCr to RGB goes on from pixel x, where the AVX2 block loop stopped.
+void rowCbYCr422ToRGB_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width, int x);
+// AVX2 (pcccbycr_avx2.cpp): F in rounds of 32 pixels below end; returns the
+// first pixel not done.
+int blockCbYCr422ToRGB_avx2(const Lum8u* pSrc, Lum8u* pDst, int end);
 
 }  // namespace cbycr
 }  // namespace lum

@@ -139,9 +139,8 @@ inline void tailToRGBRow(const Lum8u* s, int x, int width, Put put) {
 }
 
 template <class Net>
-void rowToRGB(const Lum8u* s, Lum8u* d, int width) {
+void rowToRGB(const Lum8u* s, Lum8u* d, int width, int x16 = 0) {  // from x16 on
   const int end = width & ~(kBlockToRGB - 1);
-  int x16 = 0;
   for (; x16 + 16 <= end; x16 += 16) {  // rounds of 16 while they fit, then one of 8
     I16x8 lo[3], hi[3];
     toRGBLanes(loadu(s + 2 * x16), lo);

@@ -25,8 +25,8 @@ void rowRGBToCbYCr422_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width) {
 void rowRGBToCbYCr422Gamma_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width) {
   rowToCbYCr<kGammaTable, false, NetSsse3>(pSrc, pDst, width);
 }
-void rowCbYCr422ToRGB_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  rowToRGB<NetSsse3>(pSrc, pDst, width);
+void rowCbYCr422ToRGB_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width, int x) {
+  rowToRGB<NetSsse3>(pSrc, pDst, width, x);
 }
 
 }  // namespace cbycr

@@ -62,13 +62,16 @@ void innerRGBToYCrCb422_C3P2_C3R(const Lum8u* pR, const Lum8u* pG, const Lum8u* 
 
 
 // E on width & ~3, D on the rest (see inv422C2Tail for an odd last pixel).
+// AVX2 rounds of 32 first, then the SSSE3 or SSE2 row from where they stopped.
 void innerYCbCrToRGB422_C2_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
-  if (isa >= kIsaSsse3) return rowYCbCrToRGB422_C2C3_ssse3(pSrc, pDst, width);
-  inv422C2C3<Order::CbCr, NetSse2>(pSrc, pDst, width);
+  const int x = isa >= kIsaAvx2 ? blockYCbCrToRGB422_C2C3_avx2(pSrc, pDst, width & ~3, true) : 0;
+  if (isa >= kIsaSsse3) return rowYCbCrToRGB422_C2C3_ssse3(pSrc, pDst, width, x);
+  inv422C2C3<Order::CbCr, NetSse2>(pSrc, pDst, width, x);
 }
 void innerYCrCbToRGB422_C2_C3R(const Lum8u* pSrc, Lum8u* pDst, int width, Isa isa) {
-  if (isa >= kIsaSsse3) return rowYCrCbToRGB422_C2C3_ssse3(pSrc, pDst, width);
-  inv422C2C3<Order::CrCb, NetSse2>(pSrc, pDst, width);
+  const int x = isa >= kIsaAvx2 ? blockYCbCrToRGB422_C2C3_avx2(pSrc, pDst, width & ~3, false) : 0;
+  if (isa >= kIsaSsse3) return rowYCrCbToRGB422_C2C3_ssse3(pSrc, pDst, width, x);
+  inv422C2C3<Order::CrCb, NetSse2>(pSrc, pDst, width, x);
 }
 void innerYCbCr422ToRGB_C2_C3P2R(const Lum8u* pSrc, Lum8u* pR, Lum8u* pG, Lum8u* pB, int width) {
   inv422C2P3<Order::CbCr>(pSrc, pR, pG, pB, width);

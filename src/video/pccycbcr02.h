@@ -191,12 +191,16 @@ void rowRGBToYCbCr422_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
 void rowRGBToYCrCb422_C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
 void rowRGBToYCbCr420_C3_ssse3(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY0, Lum8u* pY1,
                                Lum8u* pCb, Lum8u* pCr, int cells);
-void rowYCbCrToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
-void rowYCrCbToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width);
+// The C2 to C3 rows go on from pixel x, where the AVX2 block loop stopped.
+void rowYCbCrToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width, int x);
+void rowYCrCbToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width, int x);
 void rowYCbCr422ToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
                                  int width);
 void rowYCbCr420ToRGB_P3C3_ssse3(const Lum8u* pY0, const Lum8u* pY1, const Lum8u* pCb,
                                  const Lum8u* pCr, Lum8u* pRow0, Lum8u* pRow1, int cells);
+// AVX2 (pccycbcr02_avx2.cpp): E on C2 in rounds of 32 pixels below end; returns
+// the first pixel not done.
+int blockYCbCrToRGB422_C2C3_avx2(const Lum8u* pSrc, Lum8u* pDst, int end, bool cbFirst);
 
 }  // namespace ycbcrsub
 }  // namespace lum

@@ -261,8 +261,9 @@ inline void inv422C2Tail(const Lum8u* s, int x, int width, PutPixel put) {
 }
 
 template <Order kOrder, class Net>
-void inv422C2C3(const Lum8u* s, Lum8u* d, int width) {
-  int x16 = 0;  // rounds of 16 first (the same formula, a cheaper interleave)
+void inv422C2C3(const Lum8u* s, Lum8u* d, int width, int x16 = 0) {
+  // From x16 (where a wider loop stopped): rounds of 16 first (the same
+  // formula, a cheaper interleave).
   for (; x16 + 16 <= (width & ~(kBlockInv422C2 - 1)); x16 += 16) {
     I16x8 lo[3], hi[3];
     inv422C2Lanes<kOrder>(loadu(s + 2 * x16), lo);

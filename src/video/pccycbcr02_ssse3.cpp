@@ -29,11 +29,11 @@ void rowRGBToYCbCr420_C3_ssse3(const Lum8u* pRow0, const Lum8u* pRow1, Lum8u* pY
                                Lum8u* pCb, Lum8u* pCr, int cells) {
   fwd420C3<NetSsse3>(pRow0, pRow1, pY0, pY1, pCb, pCr, cells);
 }
-void rowYCbCrToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  inv422C2C3<Order::CbCr, NetSsse3>(pSrc, pDst, width);
+void rowYCbCrToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width, int x) {
+  inv422C2C3<Order::CbCr, NetSsse3>(pSrc, pDst, width, x);
 }
-void rowYCrCbToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width) {
-  inv422C2C3<Order::CrCb, NetSsse3>(pSrc, pDst, width);
+void rowYCrCbToRGB422_C2C3_ssse3(const Lum8u* pSrc, Lum8u* pDst, int width, int x) {
+  inv422C2C3<Order::CrCb, NetSsse3>(pSrc, pDst, width, x);
 }
 void rowYCbCr422ToRGB_P3C3_ssse3(const Lum8u* pY, const Lum8u* pCb, const Lum8u* pCr, Lum8u* pDst,
                                  int width) {
