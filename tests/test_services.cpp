@@ -180,7 +180,7 @@ TEST(CopySetKernels, EveryLengthAndAlignmentWritesExactlyTheRow) {
   uint8_t pattern[16];
   memset(pattern, 0xC3, 16);
   using Kernel = void (*)(const Lum8u*, Lum8u*, int, int);
-  const Kernel kernels[] = {owniCopy_8u_C1_W7, ownccCopy_8u_C1_W7};
+  const Kernel kernels[] = {lum::svc::owniCopy_8u_C1_W7, lum::svc::ownccCopy_8u_C1_W7};
   for (int n : lengths)
     for (int sm = 0; sm < 16; ++sm)
       for (int dm = 0; dm < 16; ++dm)
@@ -195,7 +195,7 @@ TEST(CopySetKernels, EveryLengthAndAlignmentWritesExactlyTheRow) {
             if (k < 2)
               kernels[k](s, d, n, nt);
             else
-              owniSet_8u_C1_W7(pattern, d, n, nt);
+              lum::svc::owniSet_8u_C1_W7(pattern, d, n, nt);
             bool ok = true;
             for (size_t i = 0; i < window && ok; ++i) {
               const ptrdiff_t j = buf.data() + i - d;

@@ -259,6 +259,9 @@ constexpr int kHintAccurate = 2;
 
 }  // namespace
 
+namespace lum {
+namespace svc {
+
 // ===========================================================================
 // Own kernels.
 
@@ -294,6 +297,9 @@ void ownpi_Sum_32f_C1R(const Lum32f* pSrc, int srcStep, LumSize roiSize, Lum64f*
     sumRowFast(reinterpret_cast<const char*>(rowPtr(pSrc, y, srcStep)), roiSize.width, S);
   *pSum = static_cast<double>(S);
 }
+
+}  // namespace svc
+}  // namespace lum
 
 // ===========================================================================
 // Public functions.

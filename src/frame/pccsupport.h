@@ -121,9 +121,6 @@ inline long double randScaleExt(int32_t r, double scale, double offset) {
   return sum;
 }
 
-}  // namespace svc
-}  // namespace lum
-
 // One-row kernels of copy and fill: length bytes; non-temporal stores for
 // the aligned 64-byte rounds when nonTemporal is non-zero.  pPattern is 16
 // bytes of the fill value.  Only the row's bytes are written.
@@ -135,5 +132,8 @@ void ownccCopy_8u_C1_W7(const Lum8u* pSrc, Lum8u* pDst, int length, int nonTempo
 // Whole-image kernels of Max and Sum, called after the checks.
 void ownpi_Max_32f_C1R(const Lum32f* pSrc, int srcStep, LumSize roiSize, Lum32f* pMax);
 void ownpi_Sum_32f_C1R(const Lum32f* pSrc, int srcStep, LumSize roiSize, Lum64f* pSum, int hint);
+
+}  // namespace svc
+}  // namespace lum
 
 #endif  // LUM_PCCSUPPORT_H

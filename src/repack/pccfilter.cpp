@@ -60,7 +60,7 @@ void oddRows(u8* d, int step, int width, int h) {
 
 void copyRows(const u8* s, int sStep, u8* d, int dStep, int width, int height, int dRowMul) {
   for (int y = 0; y < height; ++y)
-    ownccCopy_8u_C1_W7(rowPtr(s, y, sStep), rowPtr(d, dRowMul * y, dStep), width, 0);
+    lum::svc::ownccCopy_8u_C1_W7(rowPtr(s, y, sStep), rowPtr(d, dRowMul * y, dStep), width, 0);
 }
 
 // The colour step of the filtered BGR conversion (16.16 fixed point: 1.1644,

@@ -809,7 +809,7 @@ constexpr lum::repack::RowForm form(const char* name, int nSrc, int nDst,
 void copyLuma(const u8* pSrc, int srcStep, u8* pDst, int dstStep, int width, int height,
               int nonTemporal) {
   for (int y = 0; y < height; ++y)
-    ownccCopy_8u_C1_W7(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, nonTemporal);
+    lum::svc::ownccCopy_8u_C1_W7(rowPtr(pSrc, y, srcStep), rowPtr(pDst, y, dstStep), width, nonTemporal);
 }
 void copyRows(const u8* pSrc, int srcStep, u8* pDst, int dstStep, int width, int height) {
   copyLuma(pSrc, srcStep, pDst, dstStep, width, height, 0);
@@ -892,7 +892,7 @@ void ownYCbCr422ToYCbCr420_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
   copyLuma(pSrc[0], srcStep[0], pDst[0], dstStep[0], width, height, nt);
   for (int c = 1; c <= 2; ++c)
     for (int r = 0; r < height / 2; ++r)
-      ownccCopy_8u_C1_W7(rowPtr(pSrc[c], 2 * r, srcStep[c]), rowPtr(pDst[c], r, dstStep[c]),
+      lum::svc::ownccCopy_8u_C1_W7(rowPtr(pSrc[c], 2 * r, srcStep[c]), rowPtr(pDst[c], r, dstStep[c]),
                          width / 2, 0);
 }
 
@@ -904,7 +904,7 @@ void ownYCbCr420ToYCbCr422_8u_P3R(const u8* const pSrc[3], const int srcStep[3],
     const int s = swap ? 3 - c : c;
     for (int r = 0; r < height / 2; ++r)
       for (int k = 0; k < 2; ++k)
-        ownccCopy_8u_C1_W7(rowPtr(pSrc[s], r, srcStep[s]), rowPtr(pDst[c], 2 * r + k, dstStep[c]),
+        lum::svc::ownccCopy_8u_C1_W7(rowPtr(pSrc[s], r, srcStep[s]), rowPtr(pDst[c], 2 * r + k, dstStep[c]),
                            width / 2, 0);
   }
 }
