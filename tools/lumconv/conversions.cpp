@@ -1,6 +1,8 @@
 #include "conversions.h"
 
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "frame/lum_shapes.h"
 #include "lum_table.h"
@@ -23,6 +25,7 @@ constexpr Kind kYuvP3{Model::YUV, Layout::P3, Depth::U8};
 constexpr Kind kYcbC3{Model::YCbCr, Layout::C3, Depth::U8};
 constexpr Kind kYcbAC4{Model::YCbCr, Layout::AC4, Depth::U8};
 constexpr Kind kYcbP3{Model::YCbCr, Layout::P3, Depth::U8};
+constexpr Kind kYcbP3_420{Model::YCbCr, Layout::P3_420, Depth::U8};
 constexpr Kind kYuvC2{Model::YUV, Layout::C2, Depth::U8};
 constexpr Kind kYuvP3_422{Model::YUV, Layout::P3_422, Depth::U8};
 constexpr Kind kYuvP3_420{Model::YUV, Layout::P3_420, Depth::U8};
@@ -112,6 +115,36 @@ constexpr const char* kRgbToHlsWords =
     "half lightness, (max - min) / (2 full scale - max - min) above, at full scale.\n"
     "Grey has H = S = 0 and L = the grey level.";
 constexpr const char* kHlsToRgbWords = "The inverse of rgb2hls.";
+constexpr const char* kDeinterlace =
+    "Deinterlaces NV12 (4:2:0): blends each luma row with its neighbours";
+constexpr const char* kDeinterlaceWords =
+    "Smooths each luma row with the rows above and below (1, 2, 1 over 4; the\n"
+    "first row 3, 1, the last 1, 3), which blends the two fields of an\n"
+    "interlaced frame, and averages neighbouring chroma rows.  Takes raw NV12\n"
+    "(--layout NV12); makes 4:2:0 planes (a .y4m, raw I420 or YV12) or YUY2\n"
+    "(--out-layout YUY2), whose row pairs share the pair's chroma.  The block\n"
+    "loops average pairwise with rounding, so a result can differ by one level\n"
+    "from (a + 2b + c) / 4; the YUY2 form lifts a flat area by one level in its\n"
+    "first two and last two rows.  An odd size is converted as the even size\n"
+    "that repeats the last column and row, then cut back.";
+constexpr const char* kUpsample = "4:2:0 to 4:2:2 with filtered chroma rows (taps -1 9 9 -1)";
+constexpr const char* kUpsampleWords =
+    "Luma is copied; chroma row r becomes row 2r, and each new row between is\n"
+    "(9 (c[r] + c[r+1]) - c[r-1] - c[r+2] + 8) / 16, clamped (the first and\n"
+    "last rows stand in for the rows beyond).  repack repeats rows instead.\n"
+    "Takes a C420 .y4m, raw I420, YV12 or NV12; makes a C422 .y4m or raw I422.\n"
+    "The library converts heights in steps of 8: lumconv converts the image\n"
+    "grown to one (its last row repeated, which is the filter's own edge rule)\n"
+    "and cuts it back, so every height works.";
+constexpr const char* kFilterRgb =
+    "YCbCr 4:2:0 (studio range) to RGB, chroma interpolated along the rows";
+constexpr const char* kFilterRgbWords =
+    "Each pixel pair's second pixel takes the mean of its chroma and the next\n"
+    "pair's (the last pair repeats its own); rows share their cell's chroma.\n"
+    "R = 1.164 (Y - 16) + 1.596 (Cr - 128), ... in 16-bit fixed point, no\n"
+    "rounding term.  The library writes B, G, R, alpha: lumconv reorders the\n"
+    "bytes to R, G, B and drops the alpha for the PPM / PAM.  Takes a C420 .y4m\n"
+    "(XCOLORRANGE=FULL refused) or raw I420, YV12.";
 constexpr const char* kCopy = "Copies the samples unchanged (a change of file format)";
 constexpr const char* kCopyWords =
     "Copies every sample as it is: PPM to PAM, one .y4m to another (with its\n"
@@ -131,6 +164,12 @@ constexpr Kind kAnyP3_420{Model::Unknown, Layout::P3_420, Depth::U8};
 constexpr Kind kAnyP2_420{Model::Unknown, Layout::P2_420, Depth::U8};
 constexpr Kind kAnyC2{Model::Unknown, Layout::C2, Depth::U8};
 constexpr Kind kAnyC2UYVY{Model::Unknown, Layout::C2UYVY, Depth::U8};
+
+// The filtered YCrCb 4:2:0 -> BGR with alpha, reordered to RGB pixels: the
+// library writes B, G, R, alpha (255) a pixel into a scratch image, which
+// is then copied as R, G, B.  src holds Y, Cr, Cb (the row's crCb).
+LumStatus filteredBgrAsRgb(const void* const src[3], const int srcSteps[3], Lum8u* dst,
+                           int dstStep, LumSize roi);
 
 constexpr Conversion kTable[] = {
     // RGB and YUV 4:4:4, 8u.  PPM/PAM pixels use the pixel-order functions,
@@ -243,6 +282,43 @@ constexpr Conversion kTable[] = {
     {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyP3_422,
      LUMCONV_FN(lumiYCbCr420ToYCbCr422_8u_P2P3R)},
 
+    // NV12, YUY2 and UYVY among themselves and from I420 / YV12.  The YV12
+    // functions take planes Y, Cr, Cb: the tool hands them its I420-ordered
+    // planes exchanged (a YV12 file is read into that order), so they serve
+    // I420 and YV12 frames alike.  NV12 and YUY2 to I420 / YV12 keep the rows
+    // above: the library's YV12 forms of them are the same moves.
+    {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyC2,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_8u_P2C2R)},
+    {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyC2UYVY,
+     LUMCONV_FN(lumiYCbCr420ToCbYCr422_8u_P2C2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2, kAnyC2UYVY,
+     LUMCONV_FN(lumiYCbCr422ToCbYCr422_8u_C2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2UYVY, kAnyC2,
+     LUMCONV_FN(lumiCbYCr422ToYCbCr422_8u_C2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2, kAnyP2_420,
+     LUMCONV_FN(lumiYCbCr422ToYCbCr420_8u_C2P2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2UYVY, kAnyP2_420,
+     LUMCONV_FN(lumiCbYCr422ToYCbCr420_8u_C2P2R)},
+    {"repack", kRepack, kRepackWords, kAnyP3_420, kAnyC2,
+     LUMCONV_FN(lumiYCrCb420ToYCbCr422_8u_P3C2R), false, true},
+    {"repack", kRepack, kRepackWords, kAnyP3_420, kAnyC2UYVY,
+     LUMCONV_FN(lumiYCrCb420ToCbYCr422_8u_P3C2R), false, true},
+
+    // Deinterlacing NV12 (the whole frame at once).
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP2_420, kAnyP3_420,
+     LUMCONV_FN(lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R)},
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP2_420, kAnyC2,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R)},
+
+    // 4:2:0 to 4:2:2 with filtered chroma rows, and YCbCr 4:2:0 to RGB with
+    // chroma interpolated along the rows.
+    {"upsample-filter", kUpsample, kUpsampleWords, kAnyP3_420, kAnyP3_422,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P3R)},
+    {"upsample-filter", kUpsample, kUpsampleWords, kAnyP2_420, kAnyP3_422,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P2P3R)},
+    {"ycbcr4202rgb-filter", kFilterRgb, kFilterRgbWords, kYcbP3_420, kRgbC3,
+     LUMCONV_FN(lumiYCrCb420ToBGR_Filter_8u_P3C4R), false, true, &filteredBgrAsRgb},
+
     // Further families add their rows here: the tool picks a row by the
     // input's layout and depth and the layout the output file stores.
 };
@@ -296,6 +372,14 @@ constexpr bool shapeFits(const Conversion& c) {
   for (const TableLine& t : kLines) {
     if (!sameText(t.name, c.functionName)) continue;
     if (sameText(t.name, "lumiCopy_8u_C1R")) return c.in.layout == c.out.layout && !c.split;
+    // The planes a YV12-order row exchanges are three chroma-sharing planes.
+    if (c.crCb && c.in.layout != Layout::P3_420 && c.out.layout != Layout::P3_420) return false;
+    // The tool's own call: a function the table cannot invoke, 4:2:0 planes
+    // to pixels.
+    if (c.direct)
+      return t.src == lum::Layout::None && c.in.layout == Layout::P3_420 &&
+             c.out.layout == Layout::C3 && c.crCb;
+    if (t.src == lum::Layout::None) return false;
     const lum::Layout in = c.split ? lum::Layout::P3 : tableLayout(c.in.layout);
     if (c.split && c.in.layout != Layout::C3) return false;
     return t.src == in && t.dst == tableLayout(c.out.layout) &&
@@ -451,6 +535,18 @@ bool needsEvenSize(const Conversion& row) {
   return isSubsampled(row.in.layout) || isSubsampled(row.out.layout);
 }
 
+// The multiple of rows such a row's function converts: 2, or its smallest
+// height where that is more (the filtered upsampling converts heights in
+// steps of 8).
+int32_t rowMultiple(const Conversion& row) {
+  if (row.direct) return 2;
+  const lumtable::Entry* e = lumtable::find(row.functionName);
+  return e && e->minHeight > 2 ? e->minHeight : 2;
+}
+
+// Rounds v up to a multiple of m.
+int32_t roundUp(int32_t v, int32_t m) { return (v + m - 1) / m * m; }
+
 // img grown to width by height (at least its own), its last column and row
 // repeated.
 Image padded(const Image& img, int32_t width, int32_t height, const std::string& file) {
@@ -523,6 +619,17 @@ const void* bytesOf(const Image& img) {
 
 // Runs the row's function on src (sized for it) into dst (allocated).
 LumStatus run(const Conversion& row, const Image& src, Image& dst) {
+  if (row.direct) {
+    const void* planes[3];
+    int steps[3];
+    for (int p = 0; p < 3; ++p) {
+      planes[p] = src.plane8(p);
+      steps[p] = src.planeStep(p);
+    }
+    if (row.crCb) std::swap(planes[1], planes[2]), std::swap(steps[1], steps[2]);
+    return row.direct(planes, steps, dst.plane8(0), dst.planeStep(0),
+                      LumSize{src.width, src.height});
+  }
   const lumtable::Entry& fn = entryOf(row);
   if (std::strcmp(row.functionName, "lumiCopy_8u_C1R") == 0) {
     // One-channel rows over the bytes of each plane.
@@ -551,6 +658,10 @@ LumStatus run(const Conversion& row, const Image& src, Image& dst) {
                dst.planeOffset(p) * static_cast<size_t>(dst.bytesPerSample());
     a.dstSteps[p] = dst.planeStep(p);
   }
+  if (row.crCb) {  // the function's plane side is Y, Cr, Cb
+    if (src.planes() == 3) std::swap(a.src[1], a.src[2]), std::swap(a.srcSteps[1], a.srcSteps[2]);
+    if (dst.planes() == 3) std::swap(a.dst[1], a.dst[2]), std::swap(a.dstSteps[1], a.dstSteps[2]);
+  }
   a.roi = LumSize{src.width, src.height};
   return fn.call(a);
 }
@@ -565,9 +676,10 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
     planar.split = false;
     return convert(planar, planes, dst, file);
   }
-  const bool pad = needsEvenSize(row) && (src.width % 2 == 1 || src.height % 2 == 1);
+  const int32_t rows = needsEvenSize(row) ? rowMultiple(row) : 1;
+  const bool pad = needsEvenSize(row) && (src.width % 2 == 1 || src.height % rows != 0);
   Image even;
-  if (pad) even = padded(src, src.width + src.width % 2, src.height + src.height % 2, file);
+  if (pad) even = padded(src, src.width + src.width % 2, roundUp(src.height, rows), file);
   const Image& in = pad ? even : src;
 
   Image out;
@@ -599,6 +711,33 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
   }
   return status;
 }
+
+namespace {
+
+LumStatus filteredBgrAsRgb(const void* const src[3], const int srcSteps[3], Lum8u* dst,
+                           int dstStep, LumSize roi) {
+  // A width of 1 still gets two pixels a row from the library.
+  const size_t width = static_cast<size_t>(roi.width < 2 ? 2 : roi.width);
+  std::vector<Lum8u> bgra(width * 4 * static_cast<size_t>(roi.height));
+  const Lum8u* const planes[3] = {static_cast<const Lum8u*>(src[0]),
+                                  static_cast<const Lum8u*>(src[1]),
+                                  static_cast<const Lum8u*>(src[2])};
+  const LumStatus status = lumiYCrCb420ToBGR_Filter_8u_P3C4R(
+      planes, srcSteps, bgra.data(), static_cast<int>(width * 4), roi, 255);
+  if (status < 0) return status;
+  for (int32_t y = 0; y < roi.height; ++y) {
+    const Lum8u* s = bgra.data() + static_cast<size_t>(y) * width * 4;
+    Lum8u* d = dst + static_cast<size_t>(y) * static_cast<size_t>(dstStep);
+    for (int32_t x = 0; x < roi.width; ++x) {
+      d[3 * x] = s[4 * x + 2];
+      d[3 * x + 1] = s[4 * x + 1];
+      d[3 * x + 2] = s[4 * x];
+    }
+  }
+  return status;
+}
+
+}  // namespace
 
 std::string notYet(const std::string& name, Layout in, Layout out) {
   const std::string yuvWords =

@@ -35,6 +35,14 @@ struct Conversion {
   // The library has this conversion only from planes: the tool splits the
   // input's pixels (C3) into planes first (a plain copy), then calls it.
   bool split = false;
+  // The function's three-plane side holds Y, Cr, Cb (the YV12 order): the
+  // tool, which keeps planes as Y, Cb, Cr, passes its chroma planes exchanged.
+  bool crCb = false;
+  // A function the table has no uniform invoker for (its arguments go
+  // beyond planes and steps): the tool's own call, which gets the planes as
+  // the invoker would.
+  LumStatus (*direct)(const void* const src[3], const int srcSteps[3], Lum8u* dst, int dstStep,
+                      LumSize roi) = nullptr;
 };
 
 // All rows, in --list order.
