@@ -202,7 +202,7 @@ case_list() {
   sed '/^$/,$d' out.txt >table.txt
   grep -q '^rgb2yuv  *RGB to YUV.*\[8u C3, AC4, C3->P3, P3\]$' table.txt || die "rgb2yuv: $(cat table.txt)"
   grep -q '^yuv2rgb  *YUV 4:4:4 to RGB.*\[8u C3, AC4, P3->C3, P3\]$' table.txt || die "yuv2rgb: $(cat table.txt)"
-  [ "$(grep -c -v '^[a-z0-9]*  *[A-Z].* \[8u [^]]*\]$' table.txt)" -eq 0 ] || die "odd lines: $(cat table.txt)"
+  [ "$(grep -c -v '^[a-z0-9-]*  *[A-Z].* \[8u [^]]*\]$' table.txt)" -eq 0 ] || die "odd lines: $(cat table.txt)"
   [ "$(cut -d' ' -f1 table.txt | sort | uniq -d | wc -l)" -eq 0 ] || die "a name listed twice"
 }
 
@@ -623,8 +623,108 @@ case_repack() {
   ok repack --raw 4x2 --layout I422 i422.yuv again.yuv --out-layout I420
   same again.yuv i420.yuv
   # A repack that the library does not have says so.
-  fails 1 i420.yuv --raw 4x2 --layout I420 repack i420.yuv x.yuv --out-layout UYVY
+  printf '\001\002\003\004\005\006\007\010\011\012\013\014\015\016\017\020' >i422.yuv
+  fails 1 i422.yuv --raw 4x2 --layout I422 repack i422.yuv x.yuv --out-layout YUY2
+  says 'P3_422->C2'
   absent x.yuv
+}
+
+# converts TABLE: each line "IN|CONTENT|ARGS|OUT|WANT|FUNCTION" is a
+# successful run of lumconv ARGS (see ok), after IN was made from CONTENT
+# (printf escapes; "-": IN is there already); OUT then holds WANT and the
+# summary names FUNCTION.
+converts() {
+  oldifs=$IFS
+  while IFS='|' read -r name content args out want fn; do
+    case $name in '' | '#'*) continue ;; esac
+    [ "$content" = - ] || printf "$content" >"$name"
+    IFS=' '
+    # shellcheck disable=SC2086
+    ok $args
+    gives "$out" "$fn" "$want"
+  done
+  IFS=$oldifs
+}
+
+# NV12, YUY2, UYVY and I420 / YV12 among themselves, byte for byte.  The
+# 4x2 frame: Y 1..8, Cb 9 10, Cr 11 12 (YV12: Cr before Cb; NV12: pairs).
+# To 4:2:0 the even rows give the chroma (the odd rows' 20..23 vanish); a
+# width of 3 repeats the last pair's first Y.
+case_repack_video() {
+  YUY2='\001\011\002\013\003\012\004\014\005\011\006\013\007\012\010\014'
+  UYVY='\011\001\013\002\012\003\014\004\011\005\013\006\012\007\014\010'
+  NV12='\001\002\003\004\005\006\007\010\011\013\012\014'
+  converts <<TABLE
+i420.yuv|\001\002\003\004\005\006\007\010\011\012\013\014|repack --raw 4x2 --layout I420 i420.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiYCrCb420ToYCbCr422_8u_P3C2R
+i420.yuv|-|repack --raw 4x2 --layout I420 i420.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCrCb420ToCbYCr422_8u_P3C2R
+yv12.yuv|\001\002\003\004\005\006\007\010\013\014\011\012|repack --raw 4x2 --layout YV12 yv12.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiYCrCb420ToYCbCr422_8u_P3C2R
+yv12.yuv|-|repack --raw 4x2 --layout YV12 yv12.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCrCb420ToCbYCr422_8u_P3C2R
+nv12.yuv|$NV12|repack --raw 4x2 --layout NV12 nv12.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiYCbCr420ToYCbCr422_8u_P2C2R
+nv12.yuv|-|repack --raw 4x2 --layout NV12 nv12.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCbCr420ToCbYCr422_8u_P2C2R
+yuy2.yuv|$YUY2|repack --raw 4x2 --layout YUY2 yuy2.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCbCr422ToCbYCr422_8u_C2R
+uyvy.yuv|$UYVY|repack --raw 4x2 --layout UYVY uyvy.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiCbYCr422ToYCbCr422_8u_C2R
+y2.yuv|\001\011\002\013\003\012\004\014\005\024\006\025\007\026\010\027|repack --raw 4x2 --layout YUY2 y2.yuv out.yuv --out-layout NV12|out.yuv|$NV12|lumiYCbCr422ToYCbCr420_8u_C2P2R
+u2.yuv|\011\001\013\002\012\003\014\004\024\005\025\006\026\007\027\010|repack --raw 4x2 --layout UYVY u2.yuv out.yuv --out-layout NV12|out.yuv|$NV12|lumiCbYCr422ToYCbCr420_8u_C2P2R
+odd.yuv|\001\002\003\004\005\006\011\012\013\014|repack --raw 3x2 --layout I420 odd.yuv out.yuv --out-layout YUY2|out.yuv|\001\011\002\013\003\012\003\014\004\011\005\013\006\012\006\014|lumiYCrCb420ToYCbCr422_8u_P3C2R
+TABLE
+  # The round trip NV12 -> YUY2 -> NV12 gives the frame back.
+  ok repack --raw 4x2 --layout NV12 nv12.yuv yuy2.yuv --out-layout YUY2
+  ok repack --raw 4x2 --layout YUY2 yuy2.yuv back.yuv --out-layout NV12
+  same back.yuv nv12.yuv
+}
+
+# deinterlace: NV12 stripes 0 / 100 (two fields) blend to 25 50 50 75 (the
+# first row 3, 1, the last 1, 3 over 4); the chroma rows (16 48 | 80 112 Cb,
+# 32 64 | 96 128 Cr) average to 48 80, 64 96.  The YUY2 form adds one level
+# in its first two and last two rows.  Only NV12 is taken.
+case_deinterlace() {
+  NV='\000\000\000\000\144\144\144\144\000\000\000\000\144\144\144\144\020\040\060\100\120\140\160\200'
+  converts <<TABLE
+nv.yuv|$NV|deinterlace --raw 4x4 --layout NV12 nv.yuv out.y4m|out.y4m|YUV4MPEG2 W4 H4 F25:1 Ip A1:1 C420jpeg\nFRAME\n$(R 4 '\031')$(R 8 '\062')$(R 4 '\113')\060\120\060\120\100\140\100\140|lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R
+nv.yuv|-|deinterlace --raw 4x4 --layout NV12 nv.yuv out.yuv --out-layout YUY2|out.yuv|$(R 1 '\032\060\032\100\032\120\032\140')$(R 2 '\063\060\063\100\063\120\063\140')$(R 1 '\114\060\114\100\114\120\114\140')|lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R
+TABLE
+  rm out.y4m out.yuv
+  refused <<'TABLE'
+1|i420.yuv|\001\002\003\004\005\006\007\010\011\012\013\014|deinterlace has no P3_420 form~P2_420->P3_420|deinterlace --raw 4x2 --layout I420 i420.yuv out.yuv
+TABLE
+}
+
+# upsample-filter: 4:2:0 Cb rows 0 10, 20 30, 40 50, 60 70, 80 90 (Cr 200
+# down by tens) to 4:2:2: the new rows are (9 (a + b) - c - d + 8) >> 4 with
+# the last row standing in beyond the image (row 7: 71 81, row 9: 81 91);
+# the height 10 is not a multiple of 8, which the tool handles.  repack
+# repeats rows instead.  NV12 and YV12 give the same.
+case_upsample_filter() {
+  CB='\000\012\024\036\050\062\074\106\120\132'
+  CR='\310\276\264\252\240\226\214\202\170\156'
+  converts <<TABLE
+u.yuv|$(R 40 '\200')$CB$CR|upsample-filter --raw 4x10 --layout I420 u.yuv out.y4m|out.y4m|YUV4MPEG2 W4 H10 F25:1 Ip A1:1 C422\nFRAME\n$(R 40 '\200')\000\012\011\023\024\036\036\050\050\062\062\074\074\106\107\121\120\132\121\133\310\276\277\265\264\252\252\240\240\226\226\214\214\202\201\167\170\156\167\155|lumiYCbCr420ToYCbCr422_Filter_8u_P3R
+TABLE
+  mv out.y4m i420.y4m
+  ok repack --raw 4x10 --layout I420 u.yuv nv.yuv --out-layout NV12
+  ok upsample-filter --raw 4x10 --layout NV12 nv.yuv out.y4m
+  same out.y4m i420.y4m
+  ok copy --raw 4x10 --layout I420 u.yuv yv.yuv --out-layout YV12
+  ok upsample-filter --raw 4x10 --layout YV12 yv.yuv out.y4m
+  same out.y4m i420.y4m
+  ok repack --raw 4x10 --layout I420 u.yuv rep.y4m --out-layout I422
+  cmp -s rep.y4m i420.y4m && die "the filter repeated rows"
+}
+
+# ycbcr4202rgb-filter: the library writes B, G, R, alpha; the PPM holds
+# R, G, B.  Y 16 235 82 128 a row, Cb 90 128, Cr 240 128: pixel 0 is red
+# (178 0 0: a missed swap gives 0 0 178), pixel 1 takes the means 109, 184.
+# Odd sizes convert as the even size, cut back; full range is refused.
+case_ycbcr420_filter_rgb() {
+  ROW='\262\000\000\377\330\330\114\114\114\202\202\202'
+  converts <<TABLE
+f.y4m|YUV4MPEG2 W4 H2 C420jpeg\nFRAME\n\020\353\122\200\020\353\122\200\132\200\360\200|ycbcr4202rgb-filter f.y4m out.ppm|out.ppm|P6\n4 2\n255\n$ROW$ROW|lumiYCrCb420ToBGR_Filter_8u_P3C4R
+g.y4m|YUV4MPEG2 W3 H3 C420jpeg\nFRAME\n\020\353\122\020\353\122\020\353\122\132\200\132\200\360\200\360\200|ycbcr4202rgb-filter g.y4m out.ppm|out.ppm|P6\n3 3\n255\n$(R 3 '\262\000\000\377\330\330\114\114\114')|lumiYCrCb420ToBGR_Filter_8u_P3C4R
+TABLE
+  rm out.ppm
+  refused <<'TABLE'
+1|full.y4m|YUV4MPEG2 W2 H2 C420jpeg XCOLORRANGE=FULL\nFRAME\n\200\200\200\200\200\200|XCOLORRANGE=FULL|ycbcr4202rgb-filter full.y4m out.ppm
+TABLE
 }
 
 # --- The output appears only when complete ---------------------------------

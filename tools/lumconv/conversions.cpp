@@ -127,7 +127,7 @@ constexpr const char* kDeinterlaceWords =
     "from (a + 2b + c) / 4; the YUY2 form lifts a flat area by one level in its\n"
     "first two and last two rows.  An odd size is converted as the even size\n"
     "that repeats the last column and row, then cut back.";
-constexpr const char* kUpsample = "4:2:0 to 4:2:2 with filtered chroma rows (taps -1 9 9 -1)";
+constexpr const char* kUpsample = "Upsamples 4:2:0 to 4:2:2, filtering the chroma rows (taps -1 9 9 -1)";
 constexpr const char* kUpsampleWords =
     "Luma is copied; chroma row r becomes row 2r, and each new row between is\n"
     "(9 (c[r] + c[r+1]) - c[r-1] - c[r+2] + 8) / 16, clamped (the first and\n"
