@@ -947,6 +947,108 @@ LUM_API LumStatus lumiYCrCb420ToBGR_Filter_8u_P3C4R(const Lum8u* const pSrc[3],
                                                     int dstStep, LumSize roiSize,
                                                     Lum8u alphaValue);
 /* END SECTION repack-filter */
+/* BEGIN SECTION ycbcrsub (RGB with YCbCr and YCrCb 4:2:2 and 4:2:0) */
+/*
+ * RGB and subsampled YCbCr / YCrCb, 8u, with the studio-range coefficients
+ * of the 4:4:4 YCbCr functions.  4:2:2 shares one chroma pair between
+ * pixels 2k and 2k+1 of a row; 4:2:0 between the 2x2 cell of pixels 2k,
+ * 2k+1 of rows 2j, 2j+1.  Forward: chroma is computed once per pair or cell
+ * from the summed channels.  Inverse: every pixel of a pair or cell uses the
+ * same chroma (no interpolation).
+ * Layouts: C3 is R,G,B per pixel.  C2 (4:2:2) is Y0,Cb,Y1,Cr per pair for
+ * YCbCr and Y0,Cr,Y1,Cb for YCrCb.  Plane arrays are R,G,B or Y,Cb,Cr; a
+ * 4:2:2 chroma plane holds one sample per pair, a 4:2:0 chroma plane one per
+ * cell, and each plane has its own step where an array of steps is passed.
+ * Each kernel has its own fixed-point arithmetic, and the first pixels of
+ * each row (the block part) and the rest (the tail) may differ by one level:
+ * RGB to 4:2:2 luma, block part width & ~7; in the tail only the first pixel
+ * of a pair is rounded, so a flat row can show two luma values there.
+ * RGB to 4:2:0, block part floor(width/2) & ~3 cells.  C2 to RGB, block part
+ * width & ~3; P3 4:2:2 to RGB, width & ~7; 4:2:0 to RGB, floor(width/2) & ~3
+ * cells.
+ * Odd widths in 4:2:2: RGB to C2 converts the last pixel on its own and
+ * writes only its Y and the first chroma byte of the pair (Cb for YCbCr, Cr
+ * for YCrCb), two bytes, as the row ends there.  C2 to RGB gives the last
+ * pixel the chroma byte after it and the other chroma byte of the pair
+ * before; a C2 row of width 1 uses its one chroma byte as Cb and Cr.
+ * lumiYCbCr422ToRGB_8u_P3C3R gives pixel x chroma column x >> 1.
+ * 4:2:0: only whole cells are converted (floor(width/2) by floor(height/2));
+ * the last row and column of an odd size are left as they were, and
+ * LumWarnOddSize is returned after the work when width or height is odd.
+ * Checks: the C3C2 and C2C3 forms: pSrc or pDst null -> LumErrNullPtr,
+ * width or height below 1 -> LumErrSize.  The forms with a plane array: the
+ * arrays and the single pointer null -> LumErrNullPtr, then the size ->
+ * LumErrSize, then each plane pointer, source first -> LumErrNullPtr.  Steps
+ * are not checked.  Nothing is written on an error.  Calling thread only.
+ */
+LUM_API LumStatus lumiRGBToYCbCr422_8u_C3C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToYCbCr422_8u_P3C2R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToYCrCb422_8u_C3C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToYCrCb422_8u_P3C2R(const Lum8u* const pSrc[3], int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+/* pDst: Y, Cb, Cr planes (4:2:0), a step each. */
+LUM_API LumStatus lumiRGBToYCbCr420_8u_C3P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
+                                             const int dstStep[3], LumSize roiSize);
+LUM_API LumStatus lumiYCbCr422ToRGB_8u_C2C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+/* pDst: R, G, B planes sharing dstStep. */
+LUM_API LumStatus lumiYCbCr422ToRGB_8u_C2P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
+                                             int dstStep, LumSize roiSize);
+/* pSrc: Y, Cb, Cr planes (4:2:2), a step each. */
+LUM_API LumStatus lumiYCbCr422ToRGB_8u_P3C3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                             Lum8u* pDst, int dstStep, LumSize roiSize);
+/* pSrc: Y, Cb, Cr planes (4:2:0), a step each. */
+LUM_API LumStatus lumiYCbCr420ToRGB_8u_P3C3R(const Lum8u* const pSrc[3], const int srcStep[3],
+                                             Lum8u* pDst, int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCrCb422ToRGB_8u_C2C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiYCrCb422ToRGB_8u_C2P3R(const Lum8u* pSrc, int srcStep, Lum8u* const pDst[3],
+                                             int dstStep, LumSize roiSize);
+/* END SECTION ycbcrsub */
+
+/* BEGIN SECTION cbycr (CbYCr 4:2:2) */
+/*
+ * RGB or BGR and CbYCr 4:2:2, 8u: C2 rows of Cb,Y0,Cr,Y1 per pixel pair,
+ * studio range.  C3 is R,G,B; AC4 and C4 are B,G,R,A.
+ * lumiRGBToCbYCr422_8u_C3C2R filters chroma: the chroma of the pair at
+ * pixel i (even) is taken from pixels i-1, i, i+1 with weights 1, 2, 1; a
+ * neighbour outside the row adds nothing (neutral chroma), so the first Cb
+ * of a row lies closer to 128 than the pixel's own.  An odd last pixel gets
+ * Cb from itself at double weight and Y, two bytes; its Cr is not written.
+ * lumiRGBToCbYCr422Gamma_8u_C3C2R does the same after passing each channel
+ * through the BT.601 transfer curve, round(255 * f(i / 255)) with
+ * f(x) = 4.5 x below 0.018 and 1.099 x^0.45 - 0.099 above; it also returns
+ * LumErrStep when a step is below 1, after the size check.
+ * lumiBGRToCbYCr422_8u_AC4C2R takes the plain mean chroma of each pair (no
+ * filter; the source alpha is not read); the first width & ~7 pixels of a
+ * row and the rest may differ by one level.  An odd last pixel writes Cb and
+ * Y, two bytes, computed with its first byte taken as red and its third as
+ * blue (red and blue exchanged at this one pixel).
+ * lumiCbYCr422ToRGB_8u_C2C3R and lumiCbYCr422ToBGR_8u_C2C4R replicate a
+ * pair's chroma; the first width & ~7 pixels of a row and the rest may
+ * differ by one level.  An odd last pixel takes the Cb before its Y and the
+ * Cr of the pair before: a region of width 1 therefore reads the two bytes
+ * before the start of each of its rows (they must be readable).  The C4
+ * form writes B,G,R and alphaValue.
+ * The two BGR forms take an aligned path when pSrc, pDst, srcStep and
+ * dstStep are all multiples of 16; it gives the same bytes.
+ * Checks: pSrc or pDst null -> LumErrNullPtr; width or height below 1 ->
+ * LumErrSize.  Nothing is written on an error.  Calling thread only.
+ */
+LUM_API LumStatus lumiRGBToCbYCr422_8u_C3C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiRGBToCbYCr422Gamma_8u_C3C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                                  int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiCbYCr422ToRGB_8u_C2C3R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiBGRToCbYCr422_8u_AC4C2R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                              int dstStep, LumSize roiSize);
+LUM_API LumStatus lumiCbYCr422ToBGR_8u_C2C4R(const Lum8u* pSrc, int srcStep, Lum8u* pDst,
+                                             int dstStep, LumSize roiSize, Lum8u alphaValue);
+/* END SECTION cbycr */
 
 #ifdef __cplusplus
 }

@@ -36,7 +36,10 @@ namespace lum {
 //   Lx  shape L with a trailing int selector (`layout` of the deinterlacing
 //       conversions); the table calls it with the whole-frame selector 21
 // END shape Lx ----------------------------------------------------------------
-enum class Shape { A, B, C, D, E, F, G, H, I, J, L, M, N, Stat, StatHint, Other, Lx };
+// BEGIN cbycr: shape A followed by an 8-bit alphaValue (C4 destinations).
+//   AAlpha    pSrc, srcStep, pDst, dstStep, roiSize, alphaValue
+// END cbycr
+enum class Shape { A, B, C, D, E, F, G, H, I, J, L, M, N, Stat, StatHint, Other, Lx, AAlpha };
 
 // Layouts of one side.  An AC4 pixel's fourth sample is alpha, which a
 // destination keeps as it was; a C4 destination has all four written; an

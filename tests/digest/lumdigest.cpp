@@ -38,11 +38,24 @@ float sample<float>(Lcg& g) {
   return static_cast<float>(static_cast<int32_t>(g.next() >> 8) % 12000 - 1000) / 10000.0f;
 }
 
+// Elements with 16 readable zero bytes before the first (a width-1 CbYCr
+// row reads the two bytes before its row).
+template <class T>
+struct LeadVec {
+  static constexpr size_t kLead = 16 / sizeof(T);
+  std::vector<T> store;
+  explicit LeadVec(size_t n) : store(n + kLead, T(0)) {}
+  T* data() { return store.data() + kLead; }
+  const T* data() const { return store.data() + kLead; }
+  size_t size() const { return store.size() - kLead; }
+  T& operator[](size_t i) { return data()[i]; }
+};
+
 // One image: rows of `rowElems` elements with 7 spare elements a row.
 template <class T>
 struct Img {
   int rowElems, height, stepBytes;
-  std::vector<T> buf;
+  LeadVec<T> buf;
   Img(int rowElems_, int height_, Lcg& g, bool random)
       : rowElems(rowElems_), height(height_), stepBytes((rowElems_ + 7) * static_cast<int>(sizeof(T))),
         buf(static_cast<size_t>(rowElems_ + 7) * height_ + 1) {

@@ -86,6 +86,9 @@ struct Sig {
   using N = LumStatus (*)(D, D*, int, LumSize);
   using Stat = LumStatus (*)(const S*, int, LumSize, D*);
   using StatHint = LumStatus (*)(const S*, int, LumSize, D*, int);
+  // BEGIN cbycr
+  using AAlpha = LumStatus (*)(const S*, int, D*, int, LumSize, D);
+  // END cbycr
 };
 
 template <class S, class D, typename Sig<S, D>::A f>
@@ -192,6 +195,14 @@ LumStatus callN(const Args& a) {
   return f(static_cast<D>(a.fill), Out<D>(a).p[0], a.dstSteps[0], a.roi);
 }
 
+// BEGIN cbycr: shape A with an alphaValue, taken from the fill.
+template <class S, class D, typename Sig<S, D>::AAlpha f>
+LumStatus callAAlpha(const Args& a) {
+  return f(In<S>(a).p[0], a.srcSteps[0], Out<D>(a).p[0], a.dstSteps[0], a.roi,
+           static_cast<D>(a.fill));
+}
+// END cbycr
+
 // The service shapes are only checked against the header.
 template <class S, class D, typename Sig<S, D>::Stat>
 constexpr Invoke callStat() { return nullptr; }
@@ -213,6 +224,7 @@ constexpr Invoke callStatHint() { return nullptr; }
 #define LUM_INVOKER_Lx(name, S, D, sl, dl) &callLx<S, D, lum::isPlanar(lum::Layout::dl), name>
 #define LUM_INVOKER_M(name, S, D, sl, dl) &callM<S, D, lum::isPlanar(lum::Layout::sl), name>
 #define LUM_INVOKER_N(name, S, D, sl, dl) &callN<S, D, name>
+#define LUM_INVOKER_AAlpha(name, S, D, sl, dl) &callAAlpha<S, D, name>  // cbycr
 #define LUM_INVOKER_Other(name, S, D, sl, dl) (static_cast<void>(&name), Invoke{nullptr})
 #define LUM_INVOKER_Stat(name, S, D, sl, dl) callStat<S, D, name>()
 #define LUM_INVOKER_StatHint(name, S, D, sl, dl) callStatHint<S, D, name>()
@@ -239,8 +251,9 @@ const Entry* find(const char* name) {
 }
 
 const char* shapeName(lum::Shape s) {
-  static const char* const kNames[] = {"A", "B", "C", "D", "E", "F", "G", "H",
-                                       "I", "J", "L", "M", "N", "Stat", "StatHint", "Other", "Lx"};
+  static const char* const kNames[] = {"A", "B",    "C",     "D",        "E",     "F",
+                                       "G", "H",    "I",     "J",        "L",     "M",
+                                       "N", "Stat", "StatHint", "Other", "Lx", "AAlpha"};
   return kNames[static_cast<int>(s)];
 }
 const char* patternName(lum::Pattern p) {
