@@ -544,23 +544,80 @@ case_ycbcr444_y4m() {
   same black.ppm want.ppm
 }
 
-# Refused: full-range files; YCbCr 4:2:x with RGB, not in the library yet
-# (one line naming the YUV family as the different alternative); other
-# tools' 4:2:0 (YCbCr) read as YUV without --model yuv; YUV read as YCbCr.
+# Refused: full-range files (4:4:4 and 4:2:0); the 4:2:x names users may
+# try (one line naming rgb2ycbcr / ycbcr2rgb); other tools' 4:2:0 (YCbCr)
+# read as YUV without --model yuv; YUV read as YCbCr.
 case_ycbcr_refused() {
   mk w.ppm 'P6\n2 2\n255\n' "$(R 4 "$W3")"
   mk v.y4m 'YUV4MPEG2 W2 H2 C420jpeg\nFRAME\n' "$(R 6 '\200')"
   refused <<'TABLE'
 1|full.y4m|YUV4MPEG2 W1 H1 C444 XCOLORRANGE=FULL\nFRAME\n\020\200\200|XCOLORRANGE=FULL~studio range|ycbcr2rgb full.y4m out.ppm
 1|full.y4m|-||yuv2rgb --model yuv full.y4m out.ppm
-1|v.y4m|-|YCbCr 4:2:0 to RGB is not in liblumcc yet~lumconv yuv4202rgb --model yuv~different colour model|ycbcr2rgb v.y4m out.ppm
-1|w.ppm|-|RGB to YCbCr 4:2:0 is not in liblumcc yet~rgb2yuv420|rgb2ycbcr w.ppm out.y4m --out-layout I420
-1||-||rgb2ycbcr420 w.ppm out.y4m
-1||-|YCbCr 4:2:2 to RGB|ycbcr4222rgb v.y4m out.ppm
-1|v.y4m|-|holds YCbCr~--model yuv|yuv4202rgb v.y4m out.ppm
+1|full420.y4m|YUV4MPEG2 W2 H2 C420jpeg XCOLORRANGE=FULL\nFRAME\n\020\020\020\020\200\200|XCOLORRANGE=FULL~studio range|ycbcr2rgb full420.y4m out.ppm
+1||-|rgb2ycbcr makes YCbCr 4:2:0~--out-layout I420|rgb2ycbcr420 w.ppm out.y4m
+1||-|ycbcr2rgb reads YCbCr 4:2:0 and 4:2:2|ycbcr4222rgb v.y4m out.ppm
+1|v.y4m|-|holds YCbCr~--model yuv~use ycbcr2rgb|yuv4202rgb v.y4m out.ppm
 1|yuv.y4m|YUV4MPEG2 W1 H1 C444 XLUMCC_MODEL=YUV\nFRAME\n\200\200\200|holds YUV; ycbcr2rgb takes YCbCr|ycbcr2rgb yuv.y4m out.ppm
 1|yuv.y4m|-|tagged XLUMCC_MODEL=YUV|ycbcr2rgb --model ycbcr yuv.y4m out.ppm
 TABLE
+}
+
+# RGB <-> YCbCr 4:2:0 and 4:2:2, studio range.  A 4x2 image, a red cell
+# and a white one: red is Y 82, Cb 90, Cr 240 (the cell's sums), white
+# 235 128 128.  In pairs (4:2:2) only a pair's first Y is rounded: red's
+# second is 81.  C422 .y4m, YUY2 and I422 hold the same samples.  UYVY
+# filters chroma 1, 2, 1 (grey stays 128; Y of grey 128 is 126).
+case_ycbcr_sub() {
+  mk rw.ppm 'P6\n4 2\n255\n' "$(R 2 '\377\000\000\377\000\000\377\377\377\377\377\377')"
+  mk grey.ppm 'P6\n4 1\n255\n' "$(R 4 '\200\200\200')"
+  H420='YUV4MPEG2 W4 H2 F25:1 Ip A1:1 C420jpeg XCOLORRANGE=LIMITED\nFRAME\n'
+  H422='YUV4MPEG2 W4 H2 F25:1 Ip A1:1 C422 XCOLORRANGE=LIMITED\nFRAME\n'
+  PAIRS='\122\132\121\360\353\200\353\200'
+  converts <<TABLE
+rw.ppm|-|rgb2ycbcr rw.ppm out.y4m --out-layout I420|out.y4m|$H420$(R 2 '\122\122\353\353')\132\200\360\200|lumiRGBToYCbCr420_8u_C3P3R
+rw.ppm|-|rgb2ycbcr rw.ppm out.yuv --out-layout NV12|out.yuv|$(R 2 '\122\122\353\353')\132\360\200\200|lumiRGBToYCbCr420_8u_C3P3R
+rw.ppm|-|rgb2ycbcr rw.ppm out.yuv --out-layout YUY2|out.yuv|$PAIRS$PAIRS|lumiRGBToYCbCr422_8u_C3C2R
+rw.ppm|-|rgb2ycbcr rw.ppm out.y4m --out-layout I422|out.y4m|$H422$(R 2 '\122\121\353\353')\132\200\132\200\360\200\360\200|lumiRGBToYCrCb422_8u_C3C2R
+grey.ppm|-|rgb2ycbcr grey.ppm out.yuv --out-layout UYVY|out.yuv|$(R 2 '\200\176\200\176')|lumiRGBToCbYCr422_8u_C3C2R
+TABLE
+  rm out.y4m out.yuv
+  # And back: every form reads its samples to the same pixels (a flat cell
+  # or pair needs no interpolation), close to the image.
+  ok rgb2ycbcr rw.ppm a.y4m --out-layout I420
+  ok ycbcr2rgb a.y4m a.ppm
+  close rw.ppm a.ppm 2
+  for layout in I422 YUY2 NV12; do
+    ok rgb2ycbcr rw.ppm b.yuv --out-layout $layout
+    ok ycbcr2rgb --raw 4x2 --layout $layout b.yuv b.ppm
+    close rw.ppm b.ppm 2
+  done
+  ok rgb2ycbcr grey.ppm u.yuv --out-layout UYVY
+  ok ycbcr2rgb --raw 4x1 --layout UYVY u.yuv u.ppm
+  close grey.ppm u.ppm 2
+}
+
+# A 4:2:0 .y4m as other tools write it (no tags) -> PPM -> 4:2:0 .y4m, by
+# default through YCbCr; odd sizes too.  The samples come back within a
+# level or two.
+case_ycbcr420_y4m_roundtrip() {
+  smooth_ppm >in.ppm
+  ok rgb2ycbcr in.ppm made.y4m --out-layout I420
+  # The same samples as another tool would write them: header without tags.
+  { printf 'YUV4MPEG2 W8 H4 F25:1 C420jpeg\nFRAME\n'; tail -c 48 made.y4m; } >v.y4m
+  ok ycbcr2rgb v.y4m mid.ppm
+  close in.ppm mid.ppm 12
+  ok rgb2ycbcr mid.ppm back.y4m --out-layout I420
+  header back.y4m 'YUV4MPEG2 W8 H4 F25:1 Ip A1:1 C420jpeg XCOLORRANGE=LIMITED'
+  tail -c 48 back.y4m >b.bin
+  tail -c 48 v.y4m >a.bin
+  close a.bin b.bin 2
+  # 3x3: one full cell and the partial ones, as if the last column and row
+  # were repeated.
+  { printf 'P6\n3 3\n255\n'; rep 9 '\200\140\100'; } >odd.ppm
+  ok rgb2ycbcr odd.ppm odd.y4m --out-layout I420
+  [ "$(wc -c <odd.y4m)" -eq $(($(head -n 1 odd.y4m | wc -c) + 6 + 9 + 8)) ] || die "odd.y4m size"
+  ok ycbcr2rgb odd.y4m odd-back.ppm
+  close odd.ppm odd-back.ppm 3
 }
 
 # Raw video layouts in and out: I420, YV12, NV12, YUY2, UYVY.

@@ -26,6 +26,10 @@ constexpr Kind kYcbC3{Model::YCbCr, Layout::C3, Depth::U8};
 constexpr Kind kYcbAC4{Model::YCbCr, Layout::AC4, Depth::U8};
 constexpr Kind kYcbP3{Model::YCbCr, Layout::P3, Depth::U8};
 constexpr Kind kYcbP3_420{Model::YCbCr, Layout::P3_420, Depth::U8};
+constexpr Kind kYcbP3_422{Model::YCbCr, Layout::P3_422, Depth::U8};
+constexpr Kind kYcbP2_420{Model::YCbCr, Layout::P2_420, Depth::U8};
+constexpr Kind kYcbC2{Model::YCbCr, Layout::C2, Depth::U8};
+constexpr Kind kYcbC2UYVY{Model::YCbCr, Layout::C2UYVY, Depth::U8};
 constexpr Kind kYuvC2{Model::YUV, Layout::C2, Depth::U8};
 constexpr Kind kYuvP3_422{Model::YUV, Layout::P3_422, Depth::U8};
 constexpr Kind kYuvP3_420{Model::YUV, Layout::P3_420, Depth::U8};
@@ -74,14 +78,18 @@ constexpr const char* kRgbToYcbcrWords =
     "range): Y = 16 + (65.481 R + 128.553 G + 24.966 B) / 255, Cb and Cr about\n"
     "128.  A .y4m written here is tagged XCOLORRANGE=LIMITED; one tagged FULL is\n"
     "refused.  The pixel-order form rounds down in its 8-pixel blocks (white\n"
-    "gives Y 234 there, 235 in the rest of a row).  YCbCr 4:2:0 and 4:2:2 are\n"
-    "not in the library yet.";
+    "gives Y 234 there, 235 in the rest of a row).  4:2:0 (--out-layout I420,\n"
+    "YV12, NV12; C420jpeg in a .y4m) takes each 2x2 cell's mean chroma, 4:2:2\n"
+    "(I422, YUY2) each pair's; UYVY filters chroma 1, 2, 1 along the row,\n"
+    "sited on each pair's first pixel.  A .y4m is C444 unless --out-layout\n"
+    "says otherwise.";
 constexpr const char* kYcbcrToRgbWords =
     "The inverse of rgb2ycbcr: R = 1.164 (Y - 16) + 1.596 (Cr - 128), ...\n"
-    "It reads a C444 .y4m as other tools write it (XCOLORRANGE=LIMITED or no\n"
-    "tag).  A 4:2:0 or 4:2:2 .y4m needs YCbCr 4:2:x to RGB, which the library\n"
-    "does not have yet: yuv4202rgb --model yuv reads its samples as this\n"
-    "library's YUV instead (a different colour model: the colours shift).";
+    "It reads a C444, C422 or C420 .y4m as other tools write it\n"
+    "(XCOLORRANGE=LIMITED or no tag; FULL is refused) and raw I420, YV12, NV12,\n"
+    "YUY2, UYVY, I422: the pixels of a pair or cell share its chroma (no\n"
+    "interpolation; ycbcr4202rgb-filter interpolates along the rows).  Every\n"
+    "4:2:0 siting is read as centred.";
 constexpr const char* kRgbToYuv422Words =
     "This library's YUV (as rgb2yuv), one U, V for each pair of pixels: the\n"
     "mean of the pair's chroma.  Written to a .y4m as C422 tagged\n"
@@ -202,6 +210,38 @@ constexpr Conversion kTable[] = {
      LUMCONV_FN(lumiYCbCrToRGB_8u_P3C3R)},
     {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3, kRgbP3,
      LUMCONV_FN(lumiYCbCrToRGB_8u_P3R)},
+
+    // RGB and YCbCr 4:2:0 and 4:2:2: video files and raw frames.  A C422 .y4m
+    // is made as YCrCb pixel pairs, then split into planes (the YCrCb and
+    // YCbCr kernels are the same arithmetic).  UYVY is the CbYCr family,
+    // whose chroma is filtered 1, 2, 1 along the row.
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbP3_420,
+     LUMCONV_FN(lumiRGBToYCbCr420_8u_C3P3R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbP3_422,
+     LUMCONV_FN(lumiRGBToYCrCb422_8u_C3C2R), false, false, nullptr,
+     LUMCONV_FN(lumiYCrCb422ToYCbCr422_8u_C2P3R), Layout::C2},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbP2_420,
+     LUMCONV_FN(lumiRGBToYCbCr420_8u_C3P3R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420_8u_P3P2R), Layout::P3_420},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbC2,
+     LUMCONV_FN(lumiRGBToYCbCr422_8u_C3C2R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbP3, kYcbC2,
+     LUMCONV_FN(lumiRGBToYCbCr422_8u_P3C2R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbC2UYVY,
+     LUMCONV_FN(lumiRGBToCbYCr422_8u_C3C2R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3_420, kRgbC3,
+     LUMCONV_FN(lumiYCbCr420ToRGB_8u_P3C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP2_420, kRgbC3,
+     LUMCONV_FN(lumiYCbCr420_8u_P2P3R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420ToRGB_8u_P3C3R), Layout::P3_420},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3_422, kRgbC3,
+     LUMCONV_FN(lumiYCbCr422ToRGB_8u_P3C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbC2, kRgbC3,
+     LUMCONV_FN(lumiYCbCr422ToRGB_8u_C2C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbC2, kRgbP3,
+     LUMCONV_FN(lumiYCbCr422ToRGB_8u_C2P3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbC2UYVY, kRgbC3,
+     LUMCONV_FN(lumiCbYCr422ToRGB_8u_C2C3R)},
 
     // RGB and this library's YUV 4:2:2 and 4:2:0.
     {"rgb2yuv422", kRgbToYuv422, kRgbToYuv422Words, kRgbC3, kYuvP3_422,
@@ -367,7 +407,22 @@ constexpr lum::Layout tableLayout(Layout l) {
 // the row's layouts at the row's depth (a split row's function takes planes).
 // The copy runs one-channel rows over the bytes of every plane, so it takes
 // any layout of either depth.
+constexpr bool shapeFits(const Conversion& c);
+
+// A two-function row: the first function makes `via` from the input, the
+// second the output from `via`; each must fit as a row of its own.
+constexpr bool bothFit(const Conversion& c) {
+  Conversion first = c, second = c;
+  first.thenFunction = second.thenFunction = nullptr;
+  first.out.layout = c.via;
+  second.in.layout = c.via;
+  second.functionName = c.thenFunction;
+  second.split = second.crCb = false;
+  return !c.direct && shapeFits(first) && shapeFits(second);
+}
+
 constexpr bool shapeFits(const Conversion& c) {
+  if (c.thenFunction) return bothFit(c);
   if (c.in.depth != c.out.depth) return false;
   for (const TableLine& t : kLines) {
     if (!sameText(t.name, c.functionName)) continue;
@@ -669,6 +724,18 @@ LumStatus run(const Conversion& row, const Image& src, Image& dst) {
 }  // namespace
 
 LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file) {
+  if (row.thenFunction) {
+    Conversion first = row, second = row;
+    first.thenFunction = second.thenFunction = nullptr;
+    first.out.layout = row.via;
+    second.in.layout = row.via;
+    second.functionName = row.thenFunction;
+    second.split = second.crCb = false;
+    Image mid;
+    const LumStatus a = convert(first, src, mid, file);
+    const LumStatus b = convert(second, mid, dst, file);
+    return a != LumOk ? a : b;
+  }
   if (row.split) {
     const Image planes = splitPlanes(src, file);
     Conversion planar = row;
@@ -740,29 +807,15 @@ LumStatus filteredBgrAsRgb(const void* const src[3], const int srcSteps[3], Lum8
 }  // namespace
 
 std::string notYet(const std::string& name, Layout in, Layout out) {
-  const std::string yuvWords =
-      "this library's YUV 4:2:x is there, a different colour model (U = 0.492 (B - Y) + 128, "
-      "V = 0.877 (R - Y) + 128): ";
-  const bool sub = isSubsampled(in) || isSubsampled(out);
-  if (name == "rgb2ycbcr420" || name == "rgb2ycbcr422" || (name == "rgb2ycbcr" && sub)) {
-    const std::string ratio = name == "rgb2ycbcr422" || out == Layout::P3_422 ||
-                                      out == Layout::C2 || out == Layout::C2UYVY
-                                  ? "422"
-                                  : "420";
-    return "RGB to YCbCr 4:" + std::string(ratio == "422" ? "2:2" : "2:0") +
-           " is not in liblumcc yet; " + yuvWords + "lumconv rgb2yuv" + ratio +
-           " writes it (a .y4m tagged XLUMCC_MODEL=YUV, which other tools take for YCbCr)";
-  }
-  if (name == "ycbcr4202rgb" || name == "ycbcr4222rgb" || (name == "ycbcr2rgb" && sub)) {
-    const std::string ratio =
-        name == "ycbcr4222rgb" || in == Layout::P3_422 || in == Layout::C2 ||
-                in == Layout::C2UYVY
-            ? "422"
-            : "420";
-    return "YCbCr 4:" + std::string(ratio == "422" ? "2:2" : "2:0") +
-           " to RGB is not in liblumcc yet; " + yuvWords + "lumconv yuv" + ratio +
-           "2rgb --model yuv reads the samples as that YUV (the colours come out shifted)";
-  }
+  (void)in;
+  (void)out;
+  if (name == "rgb2ycbcr420" || name == "rgb2ycbcr422")
+    return "no conversion " + name + ": rgb2ycbcr makes YCbCr 4:2:" +
+           (name == "rgb2ycbcr420" ? "0 (--out-layout I420, YV12 or NV12)"
+                                   : "2 (--out-layout I422, YUY2 or UYVY)");
+  if (name == "ycbcr4202rgb" || name == "ycbcr4222rgb")
+    return "no conversion " + name + ": ycbcr2rgb reads YCbCr 4:2:0 and 4:2:2 (a C420 or C422 "
+                                     ".y4m, raw I420, YV12, YUY2, UYVY or I422)";
   return "";
 }
 

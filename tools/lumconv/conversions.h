@@ -43,6 +43,10 @@ struct Conversion {
   // the invoker would.
   LumStatus (*direct)(const void* const src[3], const int srcSteps[3], Lum8u* dst, int dstStep,
                       LumSize roi) = nullptr;
+  // A second function that takes the first's output, laid out as `via`,
+  // and makes the row's output (null: the first makes it).
+  const char* thenFunction = nullptr;
+  Layout via = Layout::C3;
 };
 
 // All rows, in --list order.
@@ -72,10 +76,9 @@ Model outputModel(const Conversion& row, Model src);
 // returned (LumOk otherwise).
 LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file);
 
-// A conversion that video files call for but the library does not have yet
-// (YCbCr 4:2:0 and 4:2:2 with RGB): the one-line reason, naming what to use
-// instead, for `name` or for `name` with a subsampled input or output; empty
-// when there is nothing to say.
+// A name that users may try for a conversion lumconv has under another name
+// (rgb2ycbcr420, ycbcr4222rgb, ...): the one-line message naming the one to
+// use; empty for any other name.
 std::string notYet(const std::string& name, Layout in, Layout out);
 
 // "LumErrSize (-6)".
