@@ -36,11 +36,11 @@ run() {
 }
 
 # ok ARGS...: exit 0, and nothing on stderr but the summary of a conversion,
-# "<input> -> <output>: WxH, N frame(s), <function>[, F<rate> A<aspect>]".
+# "<input> -> <output>: WxH, N frame(s), <function>[ + <function>][, F<rate> A<aspect>]".
 ok() {
   run "$@"
   [ "$status" -eq 0 ] || die "lumconv $* exited $status: $(cat err.txt)"
-  [ "$(grep -c -v '^[^ ].* -> [^ ].*: [0-9]*x[0-9]*, [0-9]* frames*, lumi[A-Za-z0-9_]*\(, F[0-9]*:[0-9]* A[0-9]*:[0-9]*\)*$' err.txt)" -eq 0 ] ||
+  [ "$(grep -c -v '^[^ ].* -> [^ ].*: [0-9]*x[0-9]*, [0-9]* frames*, lumi[A-Za-z0-9_]*\( + lumi[A-Za-z0-9_]*\)*\(, F[0-9]*:[0-9]* A[0-9]*:[0-9]*\)*$' err.txt)" -eq 0 ] ||
     die "lumconv $* wrote to stderr: $(cat err.txt)"
 }
 
@@ -577,7 +577,7 @@ case_ycbcr_sub() {
 rw.ppm|-|rgb2ycbcr rw.ppm out.y4m --out-layout I420|out.y4m|$H420$(R 2 '\122\122\353\353')\132\200\360\200|lumiRGBToYCbCr420_8u_C3P3R
 rw.ppm|-|rgb2ycbcr rw.ppm out.yuv --out-layout NV12|out.yuv|$(R 2 '\122\122\353\353')\132\360\200\200|lumiRGBToYCbCr420_8u_C3P3R
 rw.ppm|-|rgb2ycbcr rw.ppm out.yuv --out-layout YUY2|out.yuv|$PAIRS$PAIRS|lumiRGBToYCbCr422_8u_C3C2R
-rw.ppm|-|rgb2ycbcr rw.ppm out.y4m --out-layout I422|out.y4m|$H422$(R 2 '\122\121\353\353')\132\200\132\200\360\200\360\200|lumiRGBToYCrCb422_8u_C3C2R
+rw.ppm|-|rgb2ycbcr rw.ppm out.y4m --out-layout I422|out.y4m|$H422$(R 2 '\122\121\353\353')\132\200\132\200\360\200\360\200|lumiRGBToYCrCb422_8u_C3C2R + lumiYCrCb422ToYCbCr422_8u_C2P3R
 grey.ppm|-|rgb2ycbcr grey.ppm out.yuv --out-layout UYVY|out.yuv|$(R 2 '\200\176\200\176')|lumiRGBToCbYCr422_8u_C3C2R
 TABLE
   rm out.y4m out.yuv
@@ -733,16 +733,26 @@ TABLE
 # deinterlace: NV12 stripes 0 / 100 (two fields) blend to 25 50 50 75 (the
 # first row 3, 1, the last 1, 3 over 4); the chroma rows (16 48 | 80 112 Cb,
 # 32 64 | 96 128 Cr) average to 48 80, 64 96.  The YUY2 form adds one level
-# in its first two and last two rows.  Only NV12 is taken.
+# in its first two and last two rows.
 case_deinterlace() {
   NV='\000\000\000\000\144\144\144\144\000\000\000\000\144\144\144\144\020\040\060\100\120\140\160\200'
   converts <<TABLE
 nv.yuv|$NV|deinterlace --raw 4x4 --layout NV12 nv.yuv out.y4m|out.y4m|YUV4MPEG2 W4 H4 F25:1 Ip A1:1 C420jpeg\nFRAME\n$(R 4 '\031')$(R 8 '\062')$(R 4 '\113')\060\120\060\120\100\140\100\140|lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R
 nv.yuv|-|deinterlace --raw 4x4 --layout NV12 nv.yuv out.yuv --out-layout YUY2|out.yuv|$(R 1 '\032\060\032\100\032\120\032\140')$(R 2 '\063\060\063\100\063\120\063\140')$(R 1 '\114\060\114\100\114\120\114\140')|lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R
 TABLE
+  # An interlaced .y4m (planes) goes through NV12 to the same bytes, and
+  # comes out tagged progressive; YUY2 has no deinterlacing form.
+  { printf 'YUV4MPEG2 W4 H4 F25:1 It A1:1 C420jpeg\nFRAME\n'
+    printf "$(R 2 '\000\000\000\000\144\144\144\144')\020\060\120\160\040\100\140\200"; } >tv.y4m
+  ok deinterlace tv.y4m p.y4m
+  grep -F -q 'lumiYCbCr420_8u_P3P2R + lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R' err.txt || die "summary: $(cat err.txt)"
+  case "$(head -n 1 p.y4m)" in *' Ip '*) ;; *) die "p.y4m: $(head -n 1 p.y4m)" ;; esac
+  tail -c 24 p.y4m >a.bin
+  tail -c 24 out.y4m >b.bin
+  same a.bin b.bin
   rm out.y4m out.yuv
   refused <<'TABLE'
-1|i420.yuv|\001\002\003\004\005\006\007\010\011\012\013\014|deinterlace has no P3_420 form~P2_420->P3_420|deinterlace --raw 4x2 --layout I420 i420.yuv out.yuv
+1|yuy2.yuv|\001\002\003\004\005\006\007\010\011\012\013\014\015\016\017\020|deinterlace has no C2 form~P2_420->P3_420|deinterlace --raw 4x2 --layout YUY2 yuy2.yuv out.yuv
 TABLE
 }
 

@@ -124,13 +124,14 @@ constexpr const char* kRgbToHlsWords =
     "Grey has H = S = 0 and L = the grey level.";
 constexpr const char* kHlsToRgbWords = "The inverse of rgb2hls.";
 constexpr const char* kDeinterlace =
-    "Deinterlaces NV12 (4:2:0): blends each luma row with its neighbours";
+    "Deinterlaces 4:2:0 (NV12 or planes): blends each luma row with its neighbours";
 constexpr const char* kDeinterlaceWords =
     "Smooths each luma row with the rows above and below (1, 2, 1 over 4; the\n"
     "first row 3, 1, the last 1, 3), which blends the two fields of an\n"
-    "interlaced frame, and averages neighbouring chroma rows.  Takes raw NV12\n"
-    "(--layout NV12); makes 4:2:0 planes (a .y4m, raw I420 or YV12) or YUY2\n"
-    "(--out-layout YUY2), whose row pairs share the pair's chroma.  The block\n"
+    "interlaced frame, and averages neighbouring chroma rows.  Takes raw NV12,\n"
+    "or 4:2:0 planes (a C420 .y4m, raw I420, YV12: interleaved to NV12 first);\n"
+    "makes 4:2:0 planes (a .y4m, now tagged progressive, raw I420 or YV12) or\n"
+    "YUY2 (--out-layout YUY2), whose row pairs share the pair's chroma.  The block\n"
     "loops average pairwise with rounding, so a result can differ by one level\n"
     "from (a + 2b + c) / 4; the YUY2 form lifts a flat area by one level in its\n"
     "first two and last two rows.  An odd size is converted as the even size\n"
@@ -349,6 +350,13 @@ constexpr Conversion kTable[] = {
      LUMCONV_FN(lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R)},
     {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP2_420, kAnyC2,
      LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R)},
+    // 4:2:0 planes (a .y4m, I420, YV12) are interleaved to NV12 first.
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP3_420, kAnyP3_420,
+     LUMCONV_FN(lumiYCbCr420_8u_P3P2R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R), Layout::P2_420},
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP3_420, kAnyC2,
+     LUMCONV_FN(lumiYCbCr420_8u_P3P2R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R), Layout::P2_420},
 
     // 4:2:0 to 4:2:2 with filtered chroma rows, and YCbCr 4:2:0 to RGB with
     // chroma interpolated along the rows.
@@ -758,6 +766,8 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
   out.modelAssumed = row.out.model == Model::Unknown && src.modelAssumed;
   out.tags = src.tags;
   if (row.in.model == Model::RGB && row.out.layout == Layout::P3_420) out.tags.siting = "jpeg";
+  // The fields are blended: the frame is progressive now.
+  if (std::strcmp(row.name, "deinterlace") == 0) out.tags.interlace = "p";
   if (row.out.layout == Layout::AC4) {
     out.data8 = in.data8;  // the alpha samples stay the source's
     out.data16 = in.data16;

@@ -482,8 +482,12 @@ int convertFile(const std::string& name, const std::string& input, const std::st
     std::string video;
     if (format == FileFormat::Y4M)
       video = ", F" + dst.tags.frameRate + " A" + dst.tags.aspect;
+    // A two-function row names both, in the order they run.
+    const std::string functions =
+        std::string(row->functionName) +
+        (row->thenFunction ? std::string(" + ") + row->thenFunction : std::string());
     std::fprintf(stderr, "%s -> %s: %dx%d, %ld frame%s, %s%s\n", inName.c_str(), outName.c_str(),
-                 shape.width, shape.height, frames, frames == 1 ? "" : "s", row->functionName,
+                 shape.width, shape.height, frames, frames == 1 ? "" : "s", functions.c_str(),
                  video.c_str());
   }
   return 0;
