@@ -36,11 +36,11 @@ run() {
 }
 
 # ok ARGS...: exit 0, and nothing on stderr but the summary of a conversion,
-# "<input> -> <output>: WxH, N frame(s), <function>[, F<rate> A<aspect>]".
+# "<input> -> <output>: WxH, N frame(s), <function>[ + <function>][, F<rate> A<aspect>]".
 ok() {
   run "$@"
   [ "$status" -eq 0 ] || die "lumconv $* exited $status: $(cat err.txt)"
-  [ "$(grep -c -v '^[^ ].* -> [^ ].*: [0-9]*x[0-9]*, [0-9]* frames*, lumi[A-Za-z0-9_]*\(, F[0-9]*:[0-9]* A[0-9]*:[0-9]*\)*$' err.txt)" -eq 0 ] ||
+  [ "$(grep -c -v '^[^ ].* -> [^ ].*: [0-9]*x[0-9]*, [0-9]* frames*, lumi[A-Za-z0-9_]*\( + lumi[A-Za-z0-9_]*\)*\(, F[0-9]*:[0-9]* A[0-9]*:[0-9]*\)*$' err.txt)" -eq 0 ] ||
     die "lumconv $* wrote to stderr: $(cat err.txt)"
 }
 
@@ -202,7 +202,7 @@ case_list() {
   sed '/^$/,$d' out.txt >table.txt
   grep -q '^rgb2yuv  *RGB to YUV.*\[8u C3, AC4, C3->P3, P3\]$' table.txt || die "rgb2yuv: $(cat table.txt)"
   grep -q '^yuv2rgb  *YUV 4:4:4 to RGB.*\[8u C3, AC4, P3->C3, P3\]$' table.txt || die "yuv2rgb: $(cat table.txt)"
-  [ "$(grep -c -v '^[a-z0-9]*  *[A-Z].* \[8u [^]]*\]$' table.txt)" -eq 0 ] || die "odd lines: $(cat table.txt)"
+  [ "$(grep -c -v '^[a-z0-9-]*  *[A-Z].* \[8u [^]]*\]$' table.txt)" -eq 0 ] || die "odd lines: $(cat table.txt)"
   [ "$(cut -d' ' -f1 table.txt | sort | uniq -d | wc -l)" -eq 0 ] || die "a name listed twice"
 }
 
@@ -544,23 +544,80 @@ case_ycbcr444_y4m() {
   same black.ppm want.ppm
 }
 
-# Refused: full-range files; YCbCr 4:2:x with RGB, not in the library yet
-# (one line naming the YUV family as the different alternative); other
-# tools' 4:2:0 (YCbCr) read as YUV without --model yuv; YUV read as YCbCr.
+# Refused: full-range files (4:4:4 and 4:2:0); the 4:2:x names users may
+# try (one line naming rgb2ycbcr / ycbcr2rgb); other tools' 4:2:0 (YCbCr)
+# read as YUV without --model yuv; YUV read as YCbCr.
 case_ycbcr_refused() {
   mk w.ppm 'P6\n2 2\n255\n' "$(R 4 "$W3")"
   mk v.y4m 'YUV4MPEG2 W2 H2 C420jpeg\nFRAME\n' "$(R 6 '\200')"
   refused <<'TABLE'
 1|full.y4m|YUV4MPEG2 W1 H1 C444 XCOLORRANGE=FULL\nFRAME\n\020\200\200|XCOLORRANGE=FULL~studio range|ycbcr2rgb full.y4m out.ppm
 1|full.y4m|-||yuv2rgb --model yuv full.y4m out.ppm
-1|v.y4m|-|YCbCr 4:2:0 to RGB is not in liblumcc yet~lumconv yuv4202rgb --model yuv~different colour model|ycbcr2rgb v.y4m out.ppm
-1|w.ppm|-|RGB to YCbCr 4:2:0 is not in liblumcc yet~rgb2yuv420|rgb2ycbcr w.ppm out.y4m --out-layout I420
-1||-||rgb2ycbcr420 w.ppm out.y4m
-1||-|YCbCr 4:2:2 to RGB|ycbcr4222rgb v.y4m out.ppm
-1|v.y4m|-|holds YCbCr~--model yuv|yuv4202rgb v.y4m out.ppm
+1|full420.y4m|YUV4MPEG2 W2 H2 C420jpeg XCOLORRANGE=FULL\nFRAME\n\020\020\020\020\200\200|XCOLORRANGE=FULL~studio range|ycbcr2rgb full420.y4m out.ppm
+1||-|rgb2ycbcr makes YCbCr 4:2:0~--out-layout I420|rgb2ycbcr420 w.ppm out.y4m
+1||-|ycbcr2rgb reads YCbCr 4:2:0 and 4:2:2|ycbcr4222rgb v.y4m out.ppm
+1|v.y4m|-|holds YCbCr~--model yuv~use ycbcr2rgb|yuv4202rgb v.y4m out.ppm
 1|yuv.y4m|YUV4MPEG2 W1 H1 C444 XLUMCC_MODEL=YUV\nFRAME\n\200\200\200|holds YUV; ycbcr2rgb takes YCbCr|ycbcr2rgb yuv.y4m out.ppm
 1|yuv.y4m|-|tagged XLUMCC_MODEL=YUV|ycbcr2rgb --model ycbcr yuv.y4m out.ppm
 TABLE
+}
+
+# RGB <-> YCbCr 4:2:0 and 4:2:2, studio range.  A 4x2 image, a red cell
+# and a white one: red is Y 82, Cb 90, Cr 240 (the cell's sums), white
+# 235 128 128.  In pairs (4:2:2) only a pair's first Y is rounded: red's
+# second is 81.  C422 .y4m, YUY2 and I422 hold the same samples.  UYVY
+# filters chroma 1, 2, 1 (grey stays 128; Y of grey 128 is 126).
+case_ycbcr_sub() {
+  mk rw.ppm 'P6\n4 2\n255\n' "$(R 2 '\377\000\000\377\000\000\377\377\377\377\377\377')"
+  mk grey.ppm 'P6\n4 1\n255\n' "$(R 4 '\200\200\200')"
+  H420='YUV4MPEG2 W4 H2 F25:1 Ip A1:1 C420jpeg XCOLORRANGE=LIMITED\nFRAME\n'
+  H422='YUV4MPEG2 W4 H2 F25:1 Ip A1:1 C422 XCOLORRANGE=LIMITED\nFRAME\n'
+  PAIRS='\122\132\121\360\353\200\353\200'
+  converts <<TABLE
+rw.ppm|-|rgb2ycbcr rw.ppm out.y4m --out-layout I420|out.y4m|$H420$(R 2 '\122\122\353\353')\132\200\360\200|lumiRGBToYCbCr420_8u_C3P3R
+rw.ppm|-|rgb2ycbcr rw.ppm out.yuv --out-layout NV12|out.yuv|$(R 2 '\122\122\353\353')\132\360\200\200|lumiRGBToYCbCr420_8u_C3P3R
+rw.ppm|-|rgb2ycbcr rw.ppm out.yuv --out-layout YUY2|out.yuv|$PAIRS$PAIRS|lumiRGBToYCbCr422_8u_C3C2R
+rw.ppm|-|rgb2ycbcr rw.ppm out.y4m --out-layout I422|out.y4m|$H422$(R 2 '\122\121\353\353')\132\200\132\200\360\200\360\200|lumiRGBToYCrCb422_8u_C3C2R + lumiYCrCb422ToYCbCr422_8u_C2P3R
+grey.ppm|-|rgb2ycbcr grey.ppm out.yuv --out-layout UYVY|out.yuv|$(R 2 '\200\176\200\176')|lumiRGBToCbYCr422_8u_C3C2R
+TABLE
+  rm out.y4m out.yuv
+  # And back: every form reads its samples to the same pixels (a flat cell
+  # or pair needs no interpolation), close to the image.
+  ok rgb2ycbcr rw.ppm a.y4m --out-layout I420
+  ok ycbcr2rgb a.y4m a.ppm
+  close rw.ppm a.ppm 2
+  for layout in I422 YUY2 NV12; do
+    ok rgb2ycbcr rw.ppm b.yuv --out-layout $layout
+    ok ycbcr2rgb --raw 4x2 --layout $layout b.yuv b.ppm
+    close rw.ppm b.ppm 2
+  done
+  ok rgb2ycbcr grey.ppm u.yuv --out-layout UYVY
+  ok ycbcr2rgb --raw 4x1 --layout UYVY u.yuv u.ppm
+  close grey.ppm u.ppm 2
+}
+
+# A 4:2:0 .y4m as other tools write it (no tags) -> PPM -> 4:2:0 .y4m, by
+# default through YCbCr; odd sizes too.  The samples come back within a
+# level or two.
+case_ycbcr420_y4m_roundtrip() {
+  smooth_ppm >in.ppm
+  ok rgb2ycbcr in.ppm made.y4m --out-layout I420
+  # The same samples as another tool would write them: header without tags.
+  { printf 'YUV4MPEG2 W8 H4 F25:1 C420jpeg\nFRAME\n'; tail -c 48 made.y4m; } >v.y4m
+  ok ycbcr2rgb v.y4m mid.ppm
+  close in.ppm mid.ppm 12
+  ok rgb2ycbcr mid.ppm back.y4m --out-layout I420
+  header back.y4m 'YUV4MPEG2 W8 H4 F25:1 Ip A1:1 C420jpeg XCOLORRANGE=LIMITED'
+  tail -c 48 back.y4m >b.bin
+  tail -c 48 v.y4m >a.bin
+  close a.bin b.bin 2
+  # 3x3: one full cell and the partial ones, as if the last column and row
+  # were repeated.
+  { printf 'P6\n3 3\n255\n'; rep 9 '\200\140\100'; } >odd.ppm
+  ok rgb2ycbcr odd.ppm odd.y4m --out-layout I420
+  [ "$(wc -c <odd.y4m)" -eq $(($(head -n 1 odd.y4m | wc -c) + 6 + 9 + 8)) ] || die "odd.y4m size"
+  ok ycbcr2rgb odd.y4m odd-back.ppm
+  close odd.ppm odd-back.ppm 3
 }
 
 # Raw video layouts in and out: I420, YV12, NV12, YUY2, UYVY.
@@ -623,8 +680,118 @@ case_repack() {
   ok repack --raw 4x2 --layout I422 i422.yuv again.yuv --out-layout I420
   same again.yuv i420.yuv
   # A repack that the library does not have says so.
-  fails 1 i420.yuv --raw 4x2 --layout I420 repack i420.yuv x.yuv --out-layout UYVY
+  printf '\001\002\003\004\005\006\007\010\011\012\013\014\015\016\017\020' >i422.yuv
+  fails 1 i422.yuv --raw 4x2 --layout I422 repack i422.yuv x.yuv --out-layout YUY2
+  says 'P3_422->C2'
   absent x.yuv
+}
+
+# converts TABLE: each line "IN|CONTENT|ARGS|OUT|WANT|FUNCTION" is a
+# successful run of lumconv ARGS (see ok), after IN was made from CONTENT
+# (printf escapes; "-": IN is there already); OUT then holds WANT and the
+# summary names FUNCTION.
+converts() {
+  oldifs=$IFS
+  while IFS='|' read -r name content args out want fn; do
+    case $name in '' | '#'*) continue ;; esac
+    [ "$content" = - ] || printf "$content" >"$name"
+    IFS=' '
+    # shellcheck disable=SC2086
+    ok $args
+    gives "$out" "$fn" "$want"
+  done
+  IFS=$oldifs
+}
+
+# NV12, YUY2, UYVY and I420 / YV12 among themselves, byte for byte.  The
+# 4x2 frame: Y 1..8, Cb 9 10, Cr 11 12 (YV12: Cr before Cb; NV12: pairs).
+# To 4:2:0 the even rows give the chroma (the odd rows' 20..23 vanish); a
+# width of 3 repeats the last pair's first Y.
+case_repack_video() {
+  YUY2='\001\011\002\013\003\012\004\014\005\011\006\013\007\012\010\014'
+  UYVY='\011\001\013\002\012\003\014\004\011\005\013\006\012\007\014\010'
+  NV12='\001\002\003\004\005\006\007\010\011\013\012\014'
+  converts <<TABLE
+i420.yuv|\001\002\003\004\005\006\007\010\011\012\013\014|repack --raw 4x2 --layout I420 i420.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiYCrCb420ToYCbCr422_8u_P3C2R
+i420.yuv|-|repack --raw 4x2 --layout I420 i420.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCrCb420ToCbYCr422_8u_P3C2R
+yv12.yuv|\001\002\003\004\005\006\007\010\013\014\011\012|repack --raw 4x2 --layout YV12 yv12.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiYCrCb420ToYCbCr422_8u_P3C2R
+yv12.yuv|-|repack --raw 4x2 --layout YV12 yv12.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCrCb420ToCbYCr422_8u_P3C2R
+nv12.yuv|$NV12|repack --raw 4x2 --layout NV12 nv12.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiYCbCr420ToYCbCr422_8u_P2C2R
+nv12.yuv|-|repack --raw 4x2 --layout NV12 nv12.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCbCr420ToCbYCr422_8u_P2C2R
+yuy2.yuv|$YUY2|repack --raw 4x2 --layout YUY2 yuy2.yuv out.yuv --out-layout UYVY|out.yuv|$UYVY|lumiYCbCr422ToCbYCr422_8u_C2R
+uyvy.yuv|$UYVY|repack --raw 4x2 --layout UYVY uyvy.yuv out.yuv --out-layout YUY2|out.yuv|$YUY2|lumiCbYCr422ToYCbCr422_8u_C2R
+y2.yuv|\001\011\002\013\003\012\004\014\005\024\006\025\007\026\010\027|repack --raw 4x2 --layout YUY2 y2.yuv out.yuv --out-layout NV12|out.yuv|$NV12|lumiYCbCr422ToYCbCr420_8u_C2P2R
+u2.yuv|\011\001\013\002\012\003\014\004\024\005\025\006\026\007\027\010|repack --raw 4x2 --layout UYVY u2.yuv out.yuv --out-layout NV12|out.yuv|$NV12|lumiCbYCr422ToYCbCr420_8u_C2P2R
+odd.yuv|\001\002\003\004\005\006\011\012\013\014|repack --raw 3x2 --layout I420 odd.yuv out.yuv --out-layout YUY2|out.yuv|\001\011\002\013\003\012\003\014\004\011\005\013\006\012\006\014|lumiYCrCb420ToYCbCr422_8u_P3C2R
+TABLE
+  # The round trip NV12 -> YUY2 -> NV12 gives the frame back.
+  ok repack --raw 4x2 --layout NV12 nv12.yuv yuy2.yuv --out-layout YUY2
+  ok repack --raw 4x2 --layout YUY2 yuy2.yuv back.yuv --out-layout NV12
+  same back.yuv nv12.yuv
+}
+
+# deinterlace: NV12 stripes 0 / 100 (two fields) blend to 25 50 50 75 (the
+# first row 3, 1, the last 1, 3 over 4); the chroma rows (16 48 | 80 112 Cb,
+# 32 64 | 96 128 Cr) average to 48 80, 64 96.  The YUY2 form adds one level
+# in its first two and last two rows.
+case_deinterlace() {
+  NV='\000\000\000\000\144\144\144\144\000\000\000\000\144\144\144\144\020\040\060\100\120\140\160\200'
+  converts <<TABLE
+nv.yuv|$NV|deinterlace --raw 4x4 --layout NV12 nv.yuv out.y4m|out.y4m|YUV4MPEG2 W4 H4 F25:1 Ip A1:1 C420jpeg\nFRAME\n$(R 4 '\031')$(R 8 '\062')$(R 4 '\113')\060\120\060\120\100\140\100\140|lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R
+nv.yuv|-|deinterlace --raw 4x4 --layout NV12 nv.yuv out.yuv --out-layout YUY2|out.yuv|$(R 1 '\032\060\032\100\032\120\032\140')$(R 2 '\063\060\063\100\063\120\063\140')$(R 1 '\114\060\114\100\114\120\114\140')|lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R
+TABLE
+  # An interlaced .y4m (planes) goes through NV12 to the same bytes, and
+  # comes out tagged progressive; YUY2 has no deinterlacing form.
+  { printf 'YUV4MPEG2 W4 H4 F25:1 It A1:1 C420jpeg\nFRAME\n'
+    printf "$(R 2 '\000\000\000\000\144\144\144\144')\020\060\120\160\040\100\140\200"; } >tv.y4m
+  ok deinterlace tv.y4m p.y4m
+  grep -F -q 'lumiYCbCr420_8u_P3P2R + lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R' err.txt || die "summary: $(cat err.txt)"
+  case "$(head -n 1 p.y4m)" in *' Ip '*) ;; *) die "p.y4m: $(head -n 1 p.y4m)" ;; esac
+  tail -c 24 p.y4m >a.bin
+  tail -c 24 out.y4m >b.bin
+  same a.bin b.bin
+  rm out.y4m out.yuv
+  refused <<'TABLE'
+1|yuy2.yuv|\001\002\003\004\005\006\007\010\011\012\013\014\015\016\017\020|deinterlace has no C2 form~P2_420->P3_420|deinterlace --raw 4x2 --layout YUY2 yuy2.yuv out.yuv
+TABLE
+}
+
+# upsample-filter: 4:2:0 Cb rows 0 10, 20 30, 40 50, 60 70, 80 90 (Cr 200
+# down by tens) to 4:2:2: the new rows are (9 (a + b) - c - d + 8) >> 4 with
+# the last row standing in beyond the image (row 7: 71 81, row 9: 81 91);
+# the height 10 is not a multiple of 8, which the tool handles.  repack
+# repeats rows instead.  NV12 and YV12 give the same.
+case_upsample_filter() {
+  CB='\000\012\024\036\050\062\074\106\120\132'
+  CR='\310\276\264\252\240\226\214\202\170\156'
+  converts <<TABLE
+u.yuv|$(R 40 '\200')$CB$CR|upsample-filter --raw 4x10 --layout I420 u.yuv out.y4m|out.y4m|YUV4MPEG2 W4 H10 F25:1 Ip A1:1 C422\nFRAME\n$(R 40 '\200')\000\012\011\023\024\036\036\050\050\062\062\074\074\106\107\121\120\132\121\133\310\276\277\265\264\252\252\240\240\226\226\214\214\202\201\167\170\156\167\155|lumiYCbCr420ToYCbCr422_Filter_8u_P3R
+TABLE
+  mv out.y4m i420.y4m
+  ok repack --raw 4x10 --layout I420 u.yuv nv.yuv --out-layout NV12
+  ok upsample-filter --raw 4x10 --layout NV12 nv.yuv out.y4m
+  same out.y4m i420.y4m
+  ok copy --raw 4x10 --layout I420 u.yuv yv.yuv --out-layout YV12
+  ok upsample-filter --raw 4x10 --layout YV12 yv.yuv out.y4m
+  same out.y4m i420.y4m
+  ok repack --raw 4x10 --layout I420 u.yuv rep.y4m --out-layout I422
+  cmp -s rep.y4m i420.y4m && die "the filter repeated rows"
+}
+
+# ycbcr4202rgb-filter: the library writes B, G, R, alpha; the PPM holds
+# R, G, B.  Y 16 235 82 128 a row, Cb 90 128, Cr 240 128: pixel 0 is red
+# (178 0 0: a missed swap gives 0 0 178), pixel 1 takes the means 109, 184.
+# Odd sizes convert as the even size, cut back; full range is refused.
+case_ycbcr420_filter_rgb() {
+  ROW='\262\000\000\377\330\330\114\114\114\202\202\202'
+  converts <<TABLE
+f.y4m|YUV4MPEG2 W4 H2 C420jpeg\nFRAME\n\020\353\122\200\020\353\122\200\132\200\360\200|ycbcr4202rgb-filter f.y4m out.ppm|out.ppm|P6\n4 2\n255\n$ROW$ROW|lumiYCrCb420ToBGR_Filter_8u_P3C4R
+g.y4m|YUV4MPEG2 W3 H3 C420jpeg\nFRAME\n\020\353\122\020\353\122\020\353\122\132\200\132\200\360\200\360\200|ycbcr4202rgb-filter g.y4m out.ppm|out.ppm|P6\n3 3\n255\n$(R 3 '\262\000\000\377\330\330\114\114\114')|lumiYCrCb420ToBGR_Filter_8u_P3C4R
+TABLE
+  rm out.ppm
+  refused <<'TABLE'
+1|full.y4m|YUV4MPEG2 W2 H2 C420jpeg XCOLORRANGE=FULL\nFRAME\n\200\200\200\200\200\200|XCOLORRANGE=FULL|ycbcr4202rgb-filter full.y4m out.ppm
+TABLE
 }
 
 # --- The output appears only when complete ---------------------------------

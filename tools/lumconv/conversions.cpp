@@ -1,6 +1,8 @@
 #include "conversions.h"
 
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "frame/lum_shapes.h"
 #include "lum_table.h"
@@ -23,6 +25,11 @@ constexpr Kind kYuvP3{Model::YUV, Layout::P3, Depth::U8};
 constexpr Kind kYcbC3{Model::YCbCr, Layout::C3, Depth::U8};
 constexpr Kind kYcbAC4{Model::YCbCr, Layout::AC4, Depth::U8};
 constexpr Kind kYcbP3{Model::YCbCr, Layout::P3, Depth::U8};
+constexpr Kind kYcbP3_420{Model::YCbCr, Layout::P3_420, Depth::U8};
+constexpr Kind kYcbP3_422{Model::YCbCr, Layout::P3_422, Depth::U8};
+constexpr Kind kYcbP2_420{Model::YCbCr, Layout::P2_420, Depth::U8};
+constexpr Kind kYcbC2{Model::YCbCr, Layout::C2, Depth::U8};
+constexpr Kind kYcbC2UYVY{Model::YCbCr, Layout::C2UYVY, Depth::U8};
 constexpr Kind kYuvC2{Model::YUV, Layout::C2, Depth::U8};
 constexpr Kind kYuvP3_422{Model::YUV, Layout::P3_422, Depth::U8};
 constexpr Kind kYuvP3_420{Model::YUV, Layout::P3_420, Depth::U8};
@@ -71,14 +78,18 @@ constexpr const char* kRgbToYcbcrWords =
     "range): Y = 16 + (65.481 R + 128.553 G + 24.966 B) / 255, Cb and Cr about\n"
     "128.  A .y4m written here is tagged XCOLORRANGE=LIMITED; one tagged FULL is\n"
     "refused.  The pixel-order form rounds down in its 8-pixel blocks (white\n"
-    "gives Y 234 there, 235 in the rest of a row).  YCbCr 4:2:0 and 4:2:2 are\n"
-    "not in the library yet.";
+    "gives Y 234 there, 235 in the rest of a row).  4:2:0 (--out-layout I420,\n"
+    "YV12, NV12; C420jpeg in a .y4m) takes each 2x2 cell's mean chroma, 4:2:2\n"
+    "(I422, YUY2) each pair's; UYVY filters chroma 1, 2, 1 along the row,\n"
+    "sited on each pair's first pixel.  A .y4m is C444 unless --out-layout\n"
+    "says otherwise.";
 constexpr const char* kYcbcrToRgbWords =
     "The inverse of rgb2ycbcr: R = 1.164 (Y - 16) + 1.596 (Cr - 128), ...\n"
-    "It reads a C444 .y4m as other tools write it (XCOLORRANGE=LIMITED or no\n"
-    "tag).  A 4:2:0 or 4:2:2 .y4m needs YCbCr 4:2:x to RGB, which the library\n"
-    "does not have yet: yuv4202rgb --model yuv reads its samples as this\n"
-    "library's YUV instead (a different colour model: the colours shift).";
+    "It reads a C444, C422 or C420 .y4m as other tools write it\n"
+    "(XCOLORRANGE=LIMITED or no tag; FULL is refused) and raw I420, YV12, NV12,\n"
+    "YUY2, UYVY, I422: the pixels of a pair or cell share its chroma (no\n"
+    "interpolation; ycbcr4202rgb-filter interpolates along the rows).  Every\n"
+    "4:2:0 siting is read as centred.";
 constexpr const char* kRgbToYuv422Words =
     "This library's YUV (as rgb2yuv), one U, V for each pair of pixels: the\n"
     "mean of the pair's chroma.  Written to a .y4m as C422 tagged\n"
@@ -112,6 +123,37 @@ constexpr const char* kRgbToHlsWords =
     "half lightness, (max - min) / (2 full scale - max - min) above, at full scale.\n"
     "Grey has H = S = 0 and L = the grey level.";
 constexpr const char* kHlsToRgbWords = "The inverse of rgb2hls.";
+constexpr const char* kDeinterlace =
+    "Deinterlaces 4:2:0 (NV12 or planes): blends each luma row with its neighbours";
+constexpr const char* kDeinterlaceWords =
+    "Smooths each luma row with the rows above and below (1, 2, 1 over 4; the\n"
+    "first row 3, 1, the last 1, 3), which blends the two fields of an\n"
+    "interlaced frame, and averages neighbouring chroma rows.  Takes raw NV12,\n"
+    "or 4:2:0 planes (a C420 .y4m, raw I420, YV12: interleaved to NV12 first);\n"
+    "makes 4:2:0 planes (a .y4m, now tagged progressive, raw I420 or YV12) or\n"
+    "YUY2 (--out-layout YUY2), whose row pairs share the pair's chroma.  The block\n"
+    "loops average pairwise with rounding, so a result can differ by one level\n"
+    "from (a + 2b + c) / 4; the YUY2 form lifts a flat area by one level in its\n"
+    "first two and last two rows.  An odd size is converted as the even size\n"
+    "that repeats the last column and row, then cut back.";
+constexpr const char* kUpsample = "Upsamples 4:2:0 to 4:2:2, filtering the chroma rows (taps -1 9 9 -1)";
+constexpr const char* kUpsampleWords =
+    "Luma is copied; chroma row r becomes row 2r, and each new row between is\n"
+    "(9 (c[r] + c[r+1]) - c[r-1] - c[r+2] + 8) / 16, clamped (the first and\n"
+    "last rows stand in for the rows beyond).  repack repeats rows instead.\n"
+    "Takes a C420 .y4m, raw I420, YV12 or NV12; makes a C422 .y4m or raw I422.\n"
+    "The library converts heights in steps of 8: lumconv converts the image\n"
+    "grown to one (its last row repeated, which is the filter's own edge rule)\n"
+    "and cuts it back, so every height works.";
+constexpr const char* kFilterRgb =
+    "YCbCr 4:2:0 (studio range) to RGB, chroma interpolated along the rows";
+constexpr const char* kFilterRgbWords =
+    "Each pixel pair's second pixel takes the mean of its chroma and the next\n"
+    "pair's (the last pair repeats its own); rows share their cell's chroma.\n"
+    "R = 1.164 (Y - 16) + 1.596 (Cr - 128), ... in 16-bit fixed point, no\n"
+    "rounding term.  The library writes B, G, R, alpha: lumconv reorders the\n"
+    "bytes to R, G, B and drops the alpha for the PPM / PAM.  Takes a C420 .y4m\n"
+    "(XCOLORRANGE=FULL refused) or raw I420, YV12.";
 constexpr const char* kCopy = "Copies the samples unchanged (a change of file format)";
 constexpr const char* kCopyWords =
     "Copies every sample as it is: PPM to PAM, one .y4m to another (with its\n"
@@ -131,6 +173,12 @@ constexpr Kind kAnyP3_420{Model::Unknown, Layout::P3_420, Depth::U8};
 constexpr Kind kAnyP2_420{Model::Unknown, Layout::P2_420, Depth::U8};
 constexpr Kind kAnyC2{Model::Unknown, Layout::C2, Depth::U8};
 constexpr Kind kAnyC2UYVY{Model::Unknown, Layout::C2UYVY, Depth::U8};
+
+// The filtered YCrCb 4:2:0 -> BGR with alpha, reordered to RGB pixels: the
+// library writes B, G, R, alpha (255) a pixel into a scratch image, which
+// is then copied as R, G, B.  src holds Y, Cr, Cb (the row's crCb).
+LumStatus filteredBgrAsRgb(const void* const src[3], const int srcSteps[3], Lum8u* dst,
+                           int dstStep, LumSize roi);
 
 constexpr Conversion kTable[] = {
     // RGB and YUV 4:4:4, 8u.  PPM/PAM pixels use the pixel-order functions,
@@ -163,6 +211,38 @@ constexpr Conversion kTable[] = {
      LUMCONV_FN(lumiYCbCrToRGB_8u_P3C3R)},
     {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3, kRgbP3,
      LUMCONV_FN(lumiYCbCrToRGB_8u_P3R)},
+
+    // RGB and YCbCr 4:2:0 and 4:2:2: video files and raw frames.  A C422 .y4m
+    // is made as YCrCb pixel pairs, then split into planes (the YCrCb and
+    // YCbCr kernels are the same arithmetic).  UYVY is the CbYCr family,
+    // whose chroma is filtered 1, 2, 1 along the row.
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbP3_420,
+     LUMCONV_FN(lumiRGBToYCbCr420_8u_C3P3R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbP3_422,
+     LUMCONV_FN(lumiRGBToYCrCb422_8u_C3C2R), false, false, nullptr,
+     LUMCONV_FN(lumiYCrCb422ToYCbCr422_8u_C2P3R), Layout::C2},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbP2_420,
+     LUMCONV_FN(lumiRGBToYCbCr420_8u_C3P3R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420_8u_P3P2R), Layout::P3_420},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbC2,
+     LUMCONV_FN(lumiRGBToYCbCr422_8u_C3C2R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbP3, kYcbC2,
+     LUMCONV_FN(lumiRGBToYCbCr422_8u_P3C2R)},
+    {"rgb2ycbcr", kRgbToYcbcr, kRgbToYcbcrWords, kRgbC3, kYcbC2UYVY,
+     LUMCONV_FN(lumiRGBToCbYCr422_8u_C3C2R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3_420, kRgbC3,
+     LUMCONV_FN(lumiYCbCr420ToRGB_8u_P3C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP2_420, kRgbC3,
+     LUMCONV_FN(lumiYCbCr420_8u_P2P3R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420ToRGB_8u_P3C3R), Layout::P3_420},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbP3_422, kRgbC3,
+     LUMCONV_FN(lumiYCbCr422ToRGB_8u_P3C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbC2, kRgbC3,
+     LUMCONV_FN(lumiYCbCr422ToRGB_8u_C2C3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbC2, kRgbP3,
+     LUMCONV_FN(lumiYCbCr422ToRGB_8u_C2P3R)},
+    {"ycbcr2rgb", kYcbcrToRgb, kYcbcrToRgbWords, kYcbC2UYVY, kRgbC3,
+     LUMCONV_FN(lumiCbYCr422ToRGB_8u_C2C3R)},
 
     // RGB and this library's YUV 4:2:2 and 4:2:0.
     {"rgb2yuv422", kRgbToYuv422, kRgbToYuv422Words, kRgbC3, kYuvP3_422,
@@ -243,6 +323,50 @@ constexpr Conversion kTable[] = {
     {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyP3_422,
      LUMCONV_FN(lumiYCbCr420ToYCbCr422_8u_P2P3R)},
 
+    // NV12, YUY2 and UYVY among themselves and from I420 / YV12.  The YV12
+    // functions take planes Y, Cr, Cb: the tool hands them its I420-ordered
+    // planes exchanged (a YV12 file is read into that order), so they serve
+    // I420 and YV12 frames alike.  NV12 and YUY2 to I420 / YV12 keep the rows
+    // above: the library's YV12 forms of them are the same moves.
+    {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyC2,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_8u_P2C2R)},
+    {"repack", kRepack, kRepackWords, kAnyP2_420, kAnyC2UYVY,
+     LUMCONV_FN(lumiYCbCr420ToCbYCr422_8u_P2C2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2, kAnyC2UYVY,
+     LUMCONV_FN(lumiYCbCr422ToCbYCr422_8u_C2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2UYVY, kAnyC2,
+     LUMCONV_FN(lumiCbYCr422ToYCbCr422_8u_C2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2, kAnyP2_420,
+     LUMCONV_FN(lumiYCbCr422ToYCbCr420_8u_C2P2R)},
+    {"repack", kRepack, kRepackWords, kAnyC2UYVY, kAnyP2_420,
+     LUMCONV_FN(lumiCbYCr422ToYCbCr420_8u_C2P2R)},
+    {"repack", kRepack, kRepackWords, kAnyP3_420, kAnyC2,
+     LUMCONV_FN(lumiYCrCb420ToYCbCr422_8u_P3C2R), false, true},
+    {"repack", kRepack, kRepackWords, kAnyP3_420, kAnyC2UYVY,
+     LUMCONV_FN(lumiYCrCb420ToCbYCr422_8u_P3C2R), false, true},
+
+    // Deinterlacing NV12 (the whole frame at once).
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP2_420, kAnyP3_420,
+     LUMCONV_FN(lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R)},
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP2_420, kAnyC2,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R)},
+    // 4:2:0 planes (a .y4m, I420, YV12) are interleaved to NV12 first.
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP3_420, kAnyP3_420,
+     LUMCONV_FN(lumiYCbCr420_8u_P3P2R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R), Layout::P2_420},
+    {"deinterlace", kDeinterlace, kDeinterlaceWords, kAnyP3_420, kAnyC2,
+     LUMCONV_FN(lumiYCbCr420_8u_P3P2R), false, false, nullptr,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R), Layout::P2_420},
+
+    // 4:2:0 to 4:2:2 with filtered chroma rows, and YCbCr 4:2:0 to RGB with
+    // chroma interpolated along the rows.
+    {"upsample-filter", kUpsample, kUpsampleWords, kAnyP3_420, kAnyP3_422,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P3R)},
+    {"upsample-filter", kUpsample, kUpsampleWords, kAnyP2_420, kAnyP3_422,
+     LUMCONV_FN(lumiYCbCr420ToYCbCr422_Filter_8u_P2P3R)},
+    {"ycbcr4202rgb-filter", kFilterRgb, kFilterRgbWords, kYcbP3_420, kRgbC3,
+     LUMCONV_FN(lumiYCrCb420ToBGR_Filter_8u_P3C4R), false, true, &filteredBgrAsRgb},
+
     // Further families add their rows here: the tool picks a row by the
     // input's layout and depth and the layout the output file stores.
 };
@@ -291,11 +415,34 @@ constexpr lum::Layout tableLayout(Layout l) {
 // the row's layouts at the row's depth (a split row's function takes planes).
 // The copy runs one-channel rows over the bytes of every plane, so it takes
 // any layout of either depth.
+constexpr bool shapeFits(const Conversion& c);
+
+// A two-function row: the first function makes `via` from the input, the
+// second the output from `via`; each must fit as a row of its own.
+constexpr bool bothFit(const Conversion& c) {
+  Conversion first = c, second = c;
+  first.thenFunction = second.thenFunction = nullptr;
+  first.out.layout = c.via;
+  second.in.layout = c.via;
+  second.functionName = c.thenFunction;
+  second.split = second.crCb = false;
+  return !c.direct && shapeFits(first) && shapeFits(second);
+}
+
 constexpr bool shapeFits(const Conversion& c) {
+  if (c.thenFunction) return bothFit(c);
   if (c.in.depth != c.out.depth) return false;
   for (const TableLine& t : kLines) {
     if (!sameText(t.name, c.functionName)) continue;
     if (sameText(t.name, "lumiCopy_8u_C1R")) return c.in.layout == c.out.layout && !c.split;
+    // The planes a YV12-order row exchanges are three chroma-sharing planes.
+    if (c.crCb && c.in.layout != Layout::P3_420 && c.out.layout != Layout::P3_420) return false;
+    // The tool's own call: a function the table cannot invoke, 4:2:0 planes
+    // to pixels.
+    if (c.direct)
+      return t.src == lum::Layout::None && c.in.layout == Layout::P3_420 &&
+             c.out.layout == Layout::C3 && c.crCb;
+    if (t.src == lum::Layout::None) return false;
     const lum::Layout in = c.split ? lum::Layout::P3 : tableLayout(c.in.layout);
     if (c.split && c.in.layout != Layout::C3) return false;
     return t.src == in && t.dst == tableLayout(c.out.layout) &&
@@ -451,6 +598,18 @@ bool needsEvenSize(const Conversion& row) {
   return isSubsampled(row.in.layout) || isSubsampled(row.out.layout);
 }
 
+// The multiple of rows such a row's function converts: 2, or its smallest
+// height where that is more (the filtered upsampling converts heights in
+// steps of 8).
+int32_t rowMultiple(const Conversion& row) {
+  if (row.direct) return 2;
+  const lumtable::Entry* e = lumtable::find(row.functionName);
+  return e && e->minHeight > 2 ? e->minHeight : 2;
+}
+
+// Rounds v up to a multiple of m.
+int32_t roundUp(int32_t v, int32_t m) { return (v + m - 1) / m * m; }
+
 // img grown to width by height (at least its own), its last column and row
 // repeated.
 Image padded(const Image& img, int32_t width, int32_t height, const std::string& file) {
@@ -523,6 +682,17 @@ const void* bytesOf(const Image& img) {
 
 // Runs the row's function on src (sized for it) into dst (allocated).
 LumStatus run(const Conversion& row, const Image& src, Image& dst) {
+  if (row.direct) {
+    const void* planes[3];
+    int steps[3];
+    for (int p = 0; p < 3; ++p) {
+      planes[p] = src.plane8(p);
+      steps[p] = src.planeStep(p);
+    }
+    if (row.crCb) std::swap(planes[1], planes[2]), std::swap(steps[1], steps[2]);
+    return row.direct(planes, steps, dst.plane8(0), dst.planeStep(0),
+                      LumSize{src.width, src.height});
+  }
   const lumtable::Entry& fn = entryOf(row);
   if (std::strcmp(row.functionName, "lumiCopy_8u_C1R") == 0) {
     // One-channel rows over the bytes of each plane.
@@ -551,6 +721,10 @@ LumStatus run(const Conversion& row, const Image& src, Image& dst) {
                dst.planeOffset(p) * static_cast<size_t>(dst.bytesPerSample());
     a.dstSteps[p] = dst.planeStep(p);
   }
+  if (row.crCb) {  // the function's plane side is Y, Cr, Cb
+    if (src.planes() == 3) std::swap(a.src[1], a.src[2]), std::swap(a.srcSteps[1], a.srcSteps[2]);
+    if (dst.planes() == 3) std::swap(a.dst[1], a.dst[2]), std::swap(a.dstSteps[1], a.dstSteps[2]);
+  }
   a.roi = LumSize{src.width, src.height};
   return fn.call(a);
 }
@@ -558,6 +732,18 @@ LumStatus run(const Conversion& row, const Image& src, Image& dst) {
 }  // namespace
 
 LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file) {
+  if (row.thenFunction) {
+    Conversion first = row, second = row;
+    first.thenFunction = second.thenFunction = nullptr;
+    first.out.layout = row.via;
+    second.in.layout = row.via;
+    second.functionName = row.thenFunction;
+    second.split = second.crCb = false;
+    Image mid;
+    const LumStatus a = convert(first, src, mid, file);
+    const LumStatus b = convert(second, mid, dst, file);
+    return a != LumOk ? a : b;
+  }
   if (row.split) {
     const Image planes = splitPlanes(src, file);
     Conversion planar = row;
@@ -565,9 +751,10 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
     planar.split = false;
     return convert(planar, planes, dst, file);
   }
-  const bool pad = needsEvenSize(row) && (src.width % 2 == 1 || src.height % 2 == 1);
+  const int32_t rows = needsEvenSize(row) ? rowMultiple(row) : 1;
+  const bool pad = needsEvenSize(row) && (src.width % 2 == 1 || src.height % rows != 0);
   Image even;
-  if (pad) even = padded(src, src.width + src.width % 2, src.height + src.height % 2, file);
+  if (pad) even = padded(src, src.width + src.width % 2, roundUp(src.height, rows), file);
   const Image& in = pad ? even : src;
 
   Image out;
@@ -579,6 +766,8 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
   out.modelAssumed = row.out.model == Model::Unknown && src.modelAssumed;
   out.tags = src.tags;
   if (row.in.model == Model::RGB && row.out.layout == Layout::P3_420) out.tags.siting = "jpeg";
+  // The fields are blended: the frame is progressive now.
+  if (std::strcmp(row.name, "deinterlace") == 0) out.tags.interlace = "p";
   if (row.out.layout == Layout::AC4) {
     out.data8 = in.data8;  // the alpha samples stay the source's
     out.data16 = in.data16;
@@ -600,30 +789,43 @@ LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std
   return status;
 }
 
+namespace {
+
+LumStatus filteredBgrAsRgb(const void* const src[3], const int srcSteps[3], Lum8u* dst,
+                           int dstStep, LumSize roi) {
+  // A width of 1 still gets two pixels a row from the library.
+  const size_t width = static_cast<size_t>(roi.width < 2 ? 2 : roi.width);
+  std::vector<Lum8u> bgra(width * 4 * static_cast<size_t>(roi.height));
+  const Lum8u* const planes[3] = {static_cast<const Lum8u*>(src[0]),
+                                  static_cast<const Lum8u*>(src[1]),
+                                  static_cast<const Lum8u*>(src[2])};
+  const LumStatus status = lumiYCrCb420ToBGR_Filter_8u_P3C4R(
+      planes, srcSteps, bgra.data(), static_cast<int>(width * 4), roi, 255);
+  if (status < 0) return status;
+  for (int32_t y = 0; y < roi.height; ++y) {
+    const Lum8u* s = bgra.data() + static_cast<size_t>(y) * width * 4;
+    Lum8u* d = dst + static_cast<size_t>(y) * static_cast<size_t>(dstStep);
+    for (int32_t x = 0; x < roi.width; ++x) {
+      d[3 * x] = s[4 * x + 2];
+      d[3 * x + 1] = s[4 * x + 1];
+      d[3 * x + 2] = s[4 * x];
+    }
+  }
+  return status;
+}
+
+}  // namespace
+
 std::string notYet(const std::string& name, Layout in, Layout out) {
-  const std::string yuvWords =
-      "this library's YUV 4:2:x is there, a different colour model (U = 0.492 (B - Y) + 128, "
-      "V = 0.877 (R - Y) + 128): ";
-  const bool sub = isSubsampled(in) || isSubsampled(out);
-  if (name == "rgb2ycbcr420" || name == "rgb2ycbcr422" || (name == "rgb2ycbcr" && sub)) {
-    const std::string ratio = name == "rgb2ycbcr422" || out == Layout::P3_422 ||
-                                      out == Layout::C2 || out == Layout::C2UYVY
-                                  ? "422"
-                                  : "420";
-    return "RGB to YCbCr 4:" + std::string(ratio == "422" ? "2:2" : "2:0") +
-           " is not in liblumcc yet; " + yuvWords + "lumconv rgb2yuv" + ratio +
-           " writes it (a .y4m tagged XLUMCC_MODEL=YUV, which other tools take for YCbCr)";
-  }
-  if (name == "ycbcr4202rgb" || name == "ycbcr4222rgb" || (name == "ycbcr2rgb" && sub)) {
-    const std::string ratio =
-        name == "ycbcr4222rgb" || in == Layout::P3_422 || in == Layout::C2 ||
-                in == Layout::C2UYVY
-            ? "422"
-            : "420";
-    return "YCbCr 4:" + std::string(ratio == "422" ? "2:2" : "2:0") +
-           " to RGB is not in liblumcc yet; " + yuvWords + "lumconv yuv" + ratio +
-           "2rgb --model yuv reads the samples as that YUV (the colours come out shifted)";
-  }
+  (void)in;
+  (void)out;
+  if (name == "rgb2ycbcr420" || name == "rgb2ycbcr422")
+    return "no conversion " + name + ": rgb2ycbcr makes YCbCr 4:2:" +
+           (name == "rgb2ycbcr420" ? "0 (--out-layout I420, YV12 or NV12)"
+                                   : "2 (--out-layout I422, YUY2 or UYVY)");
+  if (name == "ycbcr4202rgb" || name == "ycbcr4222rgb")
+    return "no conversion " + name + ": ycbcr2rgb reads YCbCr 4:2:0 and 4:2:2 (a C420 or C422 "
+                                     ".y4m, raw I420, YV12, YUY2, UYVY or I422)";
   return "";
 }
 

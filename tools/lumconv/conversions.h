@@ -35,6 +35,18 @@ struct Conversion {
   // The library has this conversion only from planes: the tool splits the
   // input's pixels (C3) into planes first (a plain copy), then calls it.
   bool split = false;
+  // The function's three-plane side holds Y, Cr, Cb (the YV12 order): the
+  // tool, which keeps planes as Y, Cb, Cr, passes its chroma planes exchanged.
+  bool crCb = false;
+  // A function the table has no uniform invoker for (its arguments go
+  // beyond planes and steps): the tool's own call, which gets the planes as
+  // the invoker would.
+  LumStatus (*direct)(const void* const src[3], const int srcSteps[3], Lum8u* dst, int dstStep,
+                      LumSize roi) = nullptr;
+  // A second function that takes the first's output, laid out as `via`,
+  // and makes the row's output (null: the first makes it).
+  const char* thenFunction = nullptr;
+  Layout via = Layout::C3;
 };
 
 // All rows, in --list order.
@@ -64,10 +76,9 @@ Model outputModel(const Conversion& row, Model src);
 // returned (LumOk otherwise).
 LumStatus convert(const Conversion& row, const Image& src, Image& dst, const std::string& file);
 
-// A conversion that video files call for but the library does not have yet
-// (YCbCr 4:2:0 and 4:2:2 with RGB): the one-line reason, naming what to use
-// instead, for `name` or for `name` with a subsampled input or output; empty
-// when there is nothing to say.
+// A name that users may try for a conversion lumconv has under another name
+// (rgb2ycbcr420, ycbcr4222rgb, ...): the one-line message naming the one to
+// use; empty for any other name.
 std::string notYet(const std::string& name, Layout in, Layout out);
 
 // "LumErrSize (-6)".

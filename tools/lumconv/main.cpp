@@ -65,8 +65,9 @@ const char kHelp[] =
     "This library's own YUV (U = 0.492 (B - Y) + 128, V = 0.877 (R - Y) + 128) is a\n"
     "different model: rgb2yuv, rgb2yuv422, rgb2yuv420 and their inverses write it\n"
     "tagged XLUMCC_MODEL=YUV and read only it (or, with --model yuv, another\n"
-    "tool's YCbCr samples as if they were YUV: the colours shift).  YCbCr 4:2:2\n"
-    "and 4:2:0 with RGB are not in the library yet.\n"
+    "tool's YCbCr samples as if they were YUV: the colours shift).  ycbcr2rgb\n"
+    "reads 4:2:2 and 4:2:0 too; rgb2ycbcr writes them with --out-layout (a .y4m\n"
+    "is C444 unless told: --out-layout I420 for the 4:2:0 most players want).\n"
     "Chroma siting: the library's 4:2:0 takes the mean of each 2x2 cell, so its\n"
     "chroma sits at the cell's centre (C420jpeg, which lumconv writes); a\n"
     "C420mpeg2, C420paldv or plain C420 input is read as if centred.\n"
@@ -77,6 +78,9 @@ const char kHelp[] =
     "file, all images of a PNM stream; a .ppm, .pam or .pgm output then holds\n"
     "them one after the other.  The output appears only when complete: a failed\n"
     "or interrupted run leaves an existing output file as it was.\n"
+    "Video conversions: repack (among I420, YV12, NV12, YUY2, UYVY, I422),\n"
+    "deinterlace (4:2:0), upsample-filter (4:2:0 to 4:2:2, filtered) and\n"
+    "ycbcr4202rgb-filter (chroma interpolated along the rows); --list says more.\n"
     "\n"
     "Options:\n"
     "  -              as <input>: standard input; as <output>: standard output\n"
@@ -405,13 +409,9 @@ int convertFile(const std::string& name, const std::string& input, const std::st
     const bool video = any->in.model == Model::YUV || any->in.model == Model::YCbCr;
     if (frame.modelAssumed && video) return;
     if (frame.model == Model::YCbCr && any->in.model == Model::YUV) {
-      const std::string pending = notYet("ycbcr2rgb", frame.layout, Layout::C3);
       fail(inName, "holds YCbCr, as video files do; " + name +
                        " takes this library's YUV, a different colour model: give --model yuv "
-                       "to read the samples as YUV anyway" +
-                       (pending.empty() ? std::string(" (or use ycbcr2rgb)")
-                                        : std::string(" (YCbCr with RGB at 4:2:x is not in "
-                                                      "liblumcc yet)")));
+                       "to read the samples as YUV anyway (or use ycbcr2rgb)");
     }
     const std::string others = conversionsTaking(frame.model);
     fail(inName, std::string("holds ") + modelName(frame.model) + "; " + name + " takes " +
@@ -482,8 +482,12 @@ int convertFile(const std::string& name, const std::string& input, const std::st
     std::string video;
     if (format == FileFormat::Y4M)
       video = ", F" + dst.tags.frameRate + " A" + dst.tags.aspect;
+    // A two-function row names both, in the order they run.
+    const std::string functions =
+        std::string(row->functionName) +
+        (row->thenFunction ? std::string(" + ") + row->thenFunction : std::string());
     std::fprintf(stderr, "%s -> %s: %dx%d, %ld frame%s, %s%s\n", inName.c_str(), outName.c_str(),
-                 shape.width, shape.height, frames, frames == 1 ? "" : "s", row->functionName,
+                 shape.width, shape.height, frames, frames == 1 ? "" : "s", functions.c_str(),
                  video.c_str());
   }
   return 0;
