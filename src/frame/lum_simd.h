@@ -337,6 +337,37 @@ struct Net3Ssse3 {
 };
 #endif
 
+// Store policies of the copy-like kernels: how a 16-byte register is
+// loaded and stored (plain, non-temporal, aligned, aligned with non-temporal
+// stores).  A kernel that streams ends with _mm_sfence.
+struct StorePlain {
+  static __m128i ld(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+  static void st(uint8_t* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+};
+struct StoreStream {
+  static __m128i ld(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+  static void st(uint8_t* p, __m128i v) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), v); }
+};
+struct StoreAligned {
+  static __m128i ld(const uint8_t* p) { return _mm_load_si128(reinterpret_cast<const __m128i*>(p)); }
+  static void st(uint8_t* p, __m128i v) { _mm_store_si128(reinterpret_cast<__m128i*>(p), v); }
+};
+struct StoreAlignedStream {
+  static __m128i ld(const uint8_t* p) { return _mm_load_si128(reinterpret_cast<const __m128i*>(p)); }
+  static void st(uint8_t* p, __m128i v) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), v); }
+};
+
+// The even bytes (low halves) and odd bytes (high halves) of the 16-bit
+// lanes, and two registers' even or odd bytes packed into one.
+inline __m128i evenBytes(__m128i v) { return _mm_and_si128(v, _mm_set1_epi16(0x00ff)); }
+inline __m128i oddBytes(__m128i v) { return _mm_srli_epi16(v, 8); }
+inline __m128i packEven(__m128i a, __m128i b) { return _mm_packus_epi16(evenBytes(a), evenBytes(b)); }
+inline __m128i packOdd(__m128i a, __m128i b) { return _mm_packus_epi16(oddBytes(a), oddBytes(b)); }
+template <bool Odd>
+inline __m128i packSel(__m128i a, __m128i b) {
+  return Odd ? packOdd(a, b) : packEven(a, b);
+}
+
 // Widen bytes to 16-bit lanes.
 inline __m128i lo8to16(__m128i v) { return _mm_unpacklo_epi8(v, _mm_setzero_si128()); }
 inline __m128i hi8to16(__m128i v) { return _mm_unpackhi_epi8(v, _mm_setzero_si128()); }

@@ -27,34 +27,13 @@ using u8 = Lum8u;
 
 namespace {
 
-// ---------------------------------------------------------------------------
-// Store policies.
-struct Plain {
-  static __m128i ld(const u8* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-  static void st(u8* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
-};
-struct Stream {
-  static __m128i ld(const u8* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-  static void st(u8* p, __m128i v) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), v); }
-};
-struct AlignedStream {
-  static __m128i ld(const u8* p) { return _mm_load_si128(reinterpret_cast<const __m128i*>(p)); }
-  static void st(u8* p, __m128i v) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), v); }
-};
-
-// Even bytes (mask) and odd bytes (shift by 8) of the 16-bit lanes of two
-// registers, packed to 16 bytes.
-inline __m128i packEven(__m128i a, __m128i b) {
-  const __m128i m = _mm_set1_epi16(0x00ff);
-  return _mm_packus_epi16(_mm_and_si128(a, m), _mm_and_si128(b, m));
-}
-inline __m128i packOdd(__m128i a, __m128i b) {
-  return _mm_packus_epi16(_mm_srli_epi16(a, 8), _mm_srli_epi16(b, 8));
-}
-template <bool Odd>
-inline __m128i packSel(__m128i a, __m128i b) {
-  return Odd ? packOdd(a, b) : packEven(a, b);
-}
+// Store policies and the even/odd byte packs: lum_simd.h.
+using Plain = lum::StorePlain;
+using Stream = lum::StoreStream;
+using AlignedStream = lum::StoreAlignedStream;
+using lum::packEven;
+using lum::packOdd;
+using lum::packSel;
 
 // Byte positions inside the 4 bytes of a C2 pixel pair: YUY2 "Y0 Cb Y1 Cr"
 // (UYVY false) or UYVY "Cb Y0 Cr Y1" (UYVY true).

@@ -11,9 +11,9 @@
 // and a shift by 8 and pack with saturating packs, which is exact on bytes;
 // so block and scalar form write the same bytes.
 //
-// The block takes a store policy: Plain (unaligned stores), Stream
+// The block takes a store policy: StorePlain (unaligned stores), StoreStream
 // (non-temporal 16-byte stores, destination 16-byte aligned, fenced at the
-// end of the kernel) or Aligned (aligned loads and stores of the main
+// end of the kernel) or StoreAligned (aligned loads and stores of the main
 // streams).
 //
 // Faster rounds: where the call's Isa allows, a row first runs the whole
@@ -46,20 +46,8 @@ namespace lum {
 namespace repack {
 inline namespace LUM_ISA_NS {
 
-// ---------------------------------------------------------------------------
-// Store policies.
-struct Plain {
-  static __m128i ld(const u8* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-  static void st(u8* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
-};
-struct Stream {
-  static __m128i ld(const u8* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-  static void st(u8* p, __m128i v) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), v); }
-};
-struct Aligned {
-  static __m128i ld(const u8* p) { return _mm_load_si128(reinterpret_cast<const __m128i*>(p)); }
-  static void st(u8* p, __m128i v) { _mm_store_si128(reinterpret_cast<__m128i*>(p), v); }
-};
+// Store policies (StorePlain, StoreStream, StoreAligned) and the even/odd
+// byte packs are the shared ones of lum_simd.h.
 
 inline __m128i ldu(const u8* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
 inline void stu(u8* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
@@ -78,14 +66,6 @@ inline __m128i kz() { return _mm_setzero_si128(); }
 
 // Even bytes (mask) and odd bytes (shift by 8) of 16-bit lanes, and the
 // saturating pack of two such registers back to 16 bytes.
-inline __m128i evenB(__m128i v) { return _mm_and_si128(v, _mm_set1_epi16(0x00ff)); }
-inline __m128i oddB(__m128i v) { return _mm_srli_epi16(v, 8); }
-inline __m128i packEven(__m128i a, __m128i b) { return _mm_packus_epi16(evenB(a), evenB(b)); }
-inline __m128i packOdd(__m128i a, __m128i b) { return _mm_packus_epi16(oddB(a), oddB(b)); }
-template <bool Odd>
-inline __m128i packSel(__m128i a, __m128i b) {
-  return Odd ? packOdd(a, b) : packEven(a, b);
-}
 
 // ---------------------------------------------------------------------------
 // Row forms.  `block` takes kBlock units, `half` kBlock / 2 and, where a
@@ -619,9 +599,9 @@ struct SwapC2Chroma {
 // returns the units done.  Forms without a faster block do none.
 template <class M>
 constexpr Store storeOf() {
-  return std::is_same<M, Stream>::value
-             ? Store::Stream
-             : (std::is_same<M, Aligned>::value ? Store::Aligned : Store::Plain);
+  return std::is_same<M, StoreStream>::value
+             ? Store::StoreStream
+             : (std::is_same<M, StoreAligned>::value ? Store::StoreAligned : Store::StorePlain);
 }
 template <class F>
 struct Faster {
@@ -680,7 +660,7 @@ struct Faster<Deinterleave2> {
 // One row: the faster rounds the call's Isa allows, then the block while a
 // whole block is left, then a half and a quarter block where they fit, then
 // the scalar form for the rest.
-template <class F, class M = Plain, class... A>
+template <class F, class M = StorePlain, class... A>
 inline void row(Isa isa, int n, A... a) {
   int i = Faster<F>::template run<M>(isa, n, a...);
   for (; i + F::kBlock <= n; i += F::kBlock) F::template block<M>(i, a...);
@@ -834,10 +814,10 @@ constexpr int32_t kNtC2P2 = 1572864;
 template <class RowFn>
 void c2DestRows(bool nonTemporal, int height, RowFn fn) {
   if (nonTemporal) {
-    for (int y = 0; y < height; ++y) fn(y, Stream{});
+    for (int y = 0; y < height; ++y) fn(y, StoreStream{});
     _mm_sfence();
   } else {
-    for (int y = 0; y < height; ++y) fn(y, Plain{});
+    for (int y = 0; y < height; ++y) fn(y, StorePlain{});
   }
 }
 
@@ -919,12 +899,12 @@ void ownYCbCr422ToYCbCr422_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[
                         rowPtr(a, y, sa), rowPtr(b, y, sb));
 }
 
-// Aligned loads of the source and aligned stores of Y; the chroma planes are
+// StoreAligned loads of the source and aligned stores of Y; the chroma planes are
 // not required to be aligned.  No swap: byte 1 to plane 1, byte 3 to plane 2.
 void alYCbCr422ToYCbCr422_8u_C2P3R(const u8* pSrc, int srcStep, u8* const pDst[3],
                                    const int dstStep[3], int width, int height, Isa isa) {
   for (int y = 0; y < height; ++y)
-    row<SplitC2<false>, Aligned>(isa, width / 2, rowPtr(pSrc, y, srcStep),
+    row<SplitC2<false>, StoreAligned>(isa, width / 2, rowPtr(pSrc, y, srcStep),
                                  rowPtr(pDst[0], y, dstStep[0]), rowPtr(pDst[1], y, dstStep[1]),
                                  rowPtr(pDst[2], y, dstStep[2]));
   _mm_sfence();

@@ -38,10 +38,10 @@ const RowForm* rowForms(int* count);
 // unit 0 and returns the number of units done (a multiple of its round,
 // at most n); the SSE2 block loop and the tail take the rest.  They give
 // the bytes of the SSE2 block loop.  Store: how the 16-byte stores of the
-// main destination stream go (as the SSE2 policies Plain, Stream, Aligned:
-// Stream is non-temporal 16-byte stores, fenced by the kernel; Aligned
+// main destination stream go (as the SSE2 policies StorePlain, StoreStream, StoreAligned:
+// StoreStream is non-temporal 16-byte stores, fenced by the kernel; StoreAligned
 // also loads the source aligned); narrower and chroma stores are plain.
-enum class Store { Plain, Stream, Aligned };
+enum class Store { StorePlain, StoreStream, StoreAligned };
 // SplitC2 (C2 pixel pairs -> Y and two chroma rows); yOdd: Y in bytes 1, 3.
 int splitC2_ssse3(int n, bool yOdd, Store m, const Lum8u* s, Lum8u* y, Lum8u* a, Lum8u* b);
 int splitC2_avx2(int n, bool yOdd, Store m, const Lum8u* s, Lum8u* y, Lum8u* a, Lum8u* b);

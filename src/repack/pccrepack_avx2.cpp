@@ -5,7 +5,7 @@
 // Compiled with -mavx2 and entered only when the call's Isa allows; the
 // bytes are those of the SSE2 blocks (SplitC2, LumaC2, SwapC2Chroma, PackC2,
 // Interleave2, Deinterleave2 in pccrepack.cpp, whose scalar forms `one`
-// state them).  Under the Stream policy the stores stay 16-byte
+// state them).  Under the StoreStream policy the stores stay 16-byte
 // non-temporal stores, as in the SSE2 blocks (the kernel fences).
 #include <immintrin.h>
 
@@ -19,10 +19,10 @@ using lum::repack::Store;
 inline __m256i ldu(const u8* p) {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
 }
-// 32 bytes of a main source stream: under Aligned two aligned 16-byte loads.
+// 32 bytes of a main source stream: under StoreAligned two aligned 16-byte loads.
 template <Store M>
 inline __m256i ld(const u8* p) {
-  if (M == Store::Aligned)
+  if (M == Store::StoreAligned)
     return _mm256_inserti128_si256(
         _mm256_castsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(p))),
         _mm_load_si128(reinterpret_cast<const __m128i*>(p + 16)), 1);
@@ -31,9 +31,9 @@ inline __m256i ld(const u8* p) {
 // A 16-byte store of the main destination stream.
 template <Store M>
 inline void st16(u8* p, __m128i v) {
-  if (M == Store::Stream)
+  if (M == Store::StoreStream)
     _mm_stream_si128(reinterpret_cast<__m128i*>(p), v);
-  else if (M == Store::Aligned)
+  else if (M == Store::StoreAligned)
     _mm_store_si128(reinterpret_cast<__m128i*>(p), v);
   else
     _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
@@ -41,10 +41,10 @@ inline void st16(u8* p, __m128i v) {
 inline __m128i lo(__m256i v) { return _mm256_castsi256_si128(v); }
 inline __m128i hi(__m256i v) { return _mm256_extracti128_si256(v, 1); }
 // 32 bytes of the main destination stream: one store, or two 16-byte ones
-// under Stream and Aligned.
+// under StoreStream and StoreAligned.
 template <Store M>
 inline void st(u8* p, __m256i v) {
-  if (M == Store::Plain) {
+  if (M == Store::StorePlain) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
   } else {
     st16<M>(p, lo(v));
@@ -56,7 +56,7 @@ inline void stu16(u8* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*
 // the in-lane unpacks).
 template <Store M>
 inline void stLanes(u8* p, __m256i x, __m256i y) {
-  if (M == Store::Plain) {
+  if (M == Store::StorePlain) {
     st<M>(p, _mm256_permute2x128_si256(x, y, 0x20));
     st<M>(p + 32, _mm256_permute2x128_si256(x, y, 0x31));
   } else {
@@ -169,9 +169,9 @@ namespace repack {
 // Each entry: the round loop under the call's store policy.
 #define LUM_BY_STORE(fn, ...)                                   \
   switch (m) {                                                  \
-    case Store::Stream: return fn<Store::Stream>(__VA_ARGS__);   \
-    case Store::Aligned: return fn<Store::Aligned>(__VA_ARGS__); \
-    default: return fn<Store::Plain>(__VA_ARGS__);               \
+    case Store::StoreStream: return fn<Store::StoreStream>(__VA_ARGS__);   \
+    case Store::StoreAligned: return fn<Store::StoreAligned>(__VA_ARGS__); \
+    default: return fn<Store::StorePlain>(__VA_ARGS__);               \
   }
 
 int splitC2_avx2(int n, bool yOdd, Store m, const Lum8u* s, Lum8u* y, Lum8u* a, Lum8u* b) {

@@ -17,17 +17,17 @@ using u8 = Lum8u;
 using lum::repack::Store;
 
 // The 16-byte loads and stores of the main streams under a store policy
-// (as Plain, Stream and Aligned of pccrepack.cpp).
+// (as StorePlain, StoreStream and StoreAligned of pccrepack.cpp).
 template <Store M>
 inline __m128i ld(const u8* p) {
-  return M == Store::Aligned ? _mm_load_si128(reinterpret_cast<const __m128i*>(p))
+  return M == Store::StoreAligned ? _mm_load_si128(reinterpret_cast<const __m128i*>(p))
                              : _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
 }
 template <Store M>
 inline void st(u8* p, __m128i v) {
-  if (M == Store::Stream)
+  if (M == Store::StoreStream)
     _mm_stream_si128(reinterpret_cast<__m128i*>(p), v);
-  else if (M == Store::Aligned)
+  else if (M == Store::StoreAligned)
     _mm_store_si128(reinterpret_cast<__m128i*>(p), v);
   else
     _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
@@ -73,17 +73,17 @@ namespace repack {
 
 int splitC2_ssse3(int n, bool yOdd, Store m, const Lum8u* s, Lum8u* y, Lum8u* a, Lum8u* b) {
   switch (m) {
-    case Store::Stream: return splitC2<Store::Stream>(n, yOdd, s, y, a, b);
-    case Store::Aligned: return splitC2<Store::Aligned>(n, yOdd, s, y, a, b);
-    default: return splitC2<Store::Plain>(n, yOdd, s, y, a, b);
+    case Store::StoreStream: return splitC2<Store::StoreStream>(n, yOdd, s, y, a, b);
+    case Store::StoreAligned: return splitC2<Store::StoreAligned>(n, yOdd, s, y, a, b);
+    default: return splitC2<Store::StorePlain>(n, yOdd, s, y, a, b);
   }
 }
 
 int swapC2Chroma_ssse3(int n, Store m, const Lum8u* s, Lum8u* d) {
   switch (m) {
-    case Store::Stream: return swapC2Chroma<Store::Stream>(n, s, d);
-    case Store::Aligned: return swapC2Chroma<Store::Aligned>(n, s, d);
-    default: return swapC2Chroma<Store::Plain>(n, s, d);
+    case Store::StoreStream: return swapC2Chroma<Store::StoreStream>(n, s, d);
+    case Store::StoreAligned: return swapC2Chroma<Store::StoreAligned>(n, s, d);
+    default: return swapC2Chroma<Store::StorePlain>(n, s, d);
   }
 }
 
