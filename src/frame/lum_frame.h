@@ -292,6 +292,16 @@ inline LumStatus checks(std::initializer_list<const void*> ptrs,
     return LumOk;                                                                         \
   }
 
+// The argument lists of one side of the subsampled shapes (E to M), for the
+// public functions the repack families write out: planes with a step each,
+// 4:2:2 pixel order, and a luma plane beside interleaved chroma.
+#define LUM_P3 const Lum8u* const pSrc[3], const int srcStep[3]
+#define LUM_TO_P3 Lum8u* const pDst[3], const int dstStep[3]
+#define LUM_C2 const Lum8u* pSrc, int srcStep
+#define LUM_TO_C2 Lum8u* pDst, int dstStep
+#define LUM_P2 const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr, int srcCbCrStep
+#define LUM_TO_P2 Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep
+
 // ---------------------------------------------------------------------------
 // The colour-model families (HSV, HLS, ...): a public function of shape A
 // checks P1, turns its byte steps into elements (shift 0, 1 or 2) and calls

@@ -482,12 +482,6 @@ using lum::arr;
 inline int even(int v) { return v & ~1; }
 }  // namespace
 
-#define LUM_P3 const Lum8u* const pSrc[3], const int srcStep[3]
-#define LUM_TO_P3 Lum8u* const pDst[3], const int dstStep[3]
-#define LUM_C2 const Lum8u* pSrc, int srcStep
-#define LUM_TO_C2 Lum8u* pDst, int dstStep
-#define LUM_P2 const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr, int srcCbCrStep
-#define LUM_TO_P2 Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep
 #define LUM_RETURN_IF(st)             \
   do {                                \
     const LumStatus st_ = (st);       \

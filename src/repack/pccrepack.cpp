@@ -1188,12 +1188,6 @@ inline int even(int v) { return v & ~1; }
 inline int four(int v) { return v & ~3; }
 }  // namespace
 
-#define LUM_P3 const Lum8u* const pSrc[3], const int srcStep[3]
-#define LUM_TO_P3 Lum8u* const pDst[3], const int dstStep[3]
-#define LUM_C2 const Lum8u* pSrc, int srcStep
-#define LUM_TO_C2 Lum8u* pDst, int dstStep
-#define LUM_P2 const Lum8u* pSrcY, int srcYStep, const Lum8u* pSrcCbCr, int srcCbCrStep
-#define LUM_TO_P2 Lum8u* pDstY, int dstYStep, Lum8u* pDstCbCr, int dstCbCrStep
 #define LUM_CHECK(...)                           \
   do {                                           \
     const LumStatus st_ = checkP3(__VA_ARGS__);  \

@@ -19,10 +19,7 @@ namespace cbycrblocks {
 using namespace lum;
 using namespace lum::cbycr;
 
-struct NetSse2 {
-  static void load16(const Lum8u* p, __m128i c[3]) { deinterleave3x16(p, c); }
-  static void store16(const __m128i c[3], Lum8u* p) { interleave3x16(c, p); }
-};
+using NetSse2 = lum::Net3Sse2;  // the shared network of 3-byte pixels
 
 template <bool kAligned>
 inline __m128i load16(const Lum8u* p) {

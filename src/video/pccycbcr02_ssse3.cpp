@@ -7,10 +7,7 @@
 
 namespace {
 
-struct NetSsse3 {
-  static void load16(const Lum8u* p, __m128i c[3]) { lum::deinterleave3x16Ssse3(p, c); }
-  static void store16(const __m128i c[3], Lum8u* p) { lum::interleave3x16Ssse3(c, p); }
-};
+using NetSsse3 = lum::Net3Ssse3;  // the shared network of 3-byte pixels
 
 }  // namespace
 
