@@ -95,12 +95,11 @@ struct Images {
     for (auto& im : d)
       if (im) im->fill(0xEE);
   }
-  // Slice from row y0 of height h.
-  LumStatus runC2(int y0, int h, int layout) {
-    return lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R(y->row(y0), y->step(), c->row(y0 / 2), c->step(),
-                                                  d[0]->row(y0), d[0]->step(), {W, h}, layout);
-  }
-  LumStatus runP3(int y0, int h, int layout) {
+  // Slice from row y0 of height h (YUY2 or planes, as the images were made).
+  LumStatus run(int y0, int h, int layout) {
+    if (!d[1])
+      return lumiYCbCr420ToYCbCr422_Filter_8u_P2C2R(y->row(y0), y->step(), c->row(y0 / 2), c->step(),
+                                                    d[0]->row(y0), d[0]->step(), {W, h}, layout);
     Lum8u* p[3] = {d[0]->row(y0), d[1]->row(y0 / 2), d[2]->row(y0 / 2)};
     const int s[3] = {d[0]->step(), d[1]->step(), d[2]->step()};
     return lumiYCbCr420ToYCrCb420_Filter_8u_P2P3R(y->row(y0), y->step(), c->row(y0 / 2), c->step(), p,
@@ -132,17 +131,11 @@ Plan yuy2Plan(int W, int H, bool all) {
       r0 = edge ? RowRule{B::None, pair == 0 ? S::Top4 : S::Reg4, 0} : RowRule{B::Reg, S::MidAll, W & ~31};
       r1 = edge ? RowRule{B::None, pair == 0 ? S::Reg4 : S::Bot4, 0} : r0;
       cb = edge ? 0 : W & ~31;
-    } else if (pair == 0) {
-      r0 = {B::Top, S::Top, W & ~7};
-      r1 = {B::Reg, S::Reg, W & ~7};
-      cb = W & ~7;
-    } else if (pair == n - 1) {
-      r0 = {B::Reg, S::Reg, W & ~7};
-      r1 = {B::Bot, S::Bot, W & ~7};
-      cb = W & ~7;
-    } else {
-      r0 = r1 = {B::Reg, S::Reg, W & ~31};
-      cb = W & ~31;
+    } else {  // the first and last slices' pairs take blocks of 8, the middle's of 32
+      const bool first = pair == 0, last = !first && pair == n - 1;
+      cb = first || last ? W & ~7 : W & ~31;
+      r0 = first ? RowRule{B::Top, S::Top, cb} : RowRule{B::Reg, S::Reg, cb};
+      r1 = last ? RowRule{B::Bot, S::Bot, cb} : RowRule{B::Reg, S::Reg, cb};
     }
     p.luma.push_back(r0);
     p.luma.push_back(r1);
@@ -204,49 +197,37 @@ void planesPlan(int W, const std::vector<int>& h, bool all, bool hdtv, std::vect
   for (int r = lastStart / 2; r < H / 2; ++r) chroma[r] = 0;
 }
 
-TEST(Deinterlace, Yuy2SlicesAndWholeFrameFollowTheRowTable) {
-  for (int W : {2, 6, 8, 14, 16, 30, 32, 34, 62, 64, 66, 98})
-    for (const std::vector<int>& hs : {std::vector<int>{4, 2, 2}, {6, 4, 4}, {8, 6, 2}, {4, 8, 6}}) {
-      int H = 0;
-      for (int v : hs) H += v;
-      const Nv12 f = randomFrame(W, H, static_cast<unsigned>(W * 100 + H));
-      Images s(f, true, W % 4 == 0), a(f, true, false);
-      ASSERT_EQ(s.runC2(0, hs[0], lumSliceFirst), LumOk);
-      ASSERT_EQ(s.runC2(hs[0], hs[1], lumSliceMiddle), LumOk);
-      ASSERT_EQ(s.runC2(hs[0] + hs[1], hs[2], lumSliceLast), LumOk);
-      ASSERT_EQ(a.runC2(0, H, lumSliceAll), LumOk);
-      ASSERT_TRUE(s.guards() && a.guards());
-      SCOPED_TRACE(::testing::Message() << "W=" << W << " H=" << H);
-      expectYuy2(s, f, yuy2Plan(W, H, false), false);
-      expectYuy2(a, f, yuy2Plan(W, H, true), true);
-    }
-}
-
-TEST(Deinterlace, PlanarSlicesAndWholeFrameFollowTheRowTable) {
+// Stacked first, middle and last slices and the whole frame, YUY2 and
+// planar, the planar aligned form on aligned frames.
+TEST(Deinterlace, SlicesAndWholeFrameFollowTheRowTable) {
   struct Case {
+    bool c2;
     int W;
     std::vector<int> hs;
     bool aligned;
   };
   std::vector<Case> cases;
-  for (int W : {2, 6, 16, 30, 32, 34, 64, 66, 98})
-    for (const std::vector<int>& hs : {std::vector<int>{4, 2, 2}, {6, 4, 4}, {8, 6, 2}})
-      cases.push_back({W, hs, false});
-  cases.push_back({64, {16, 16, 16}, true});   // the aligned form
-  cases.push_back({128, {16, 32, 16}, true});
-  cases.push_back({64, {16, 16, 16}, false});  // the same frame, general form
+  for (int W : {2, 6, 8, 14, 16, 30, 32, 34, 62, 64, 66, 98})
+    for (const std::vector<int>& hs : {std::vector<int>{4, 2, 2}, {6, 4, 4}, {8, 6, 2}, {4, 8, 6}})
+      for (bool c2 : {true, false}) cases.push_back({c2, W, hs, c2 && W % 4 == 0});
+  for (bool aligned : {true, false}) cases.push_back({false, 64, {16, 16, 16}, aligned});
+  cases.push_back({false, 128, {16, 32, 16}, true});
   for (const Case& c : cases) {
-    int H = 0;
-    for (int v : c.hs) H += v;
-    const Nv12 f = randomFrame(c.W, H, static_cast<unsigned>(c.W * 7 + H));
-    Images s(f, false, c.aligned), a(f, false, c.aligned);
-    ASSERT_EQ(s.runP3(0, c.hs[0], lumSliceFirst), LumOk);
-    ASSERT_EQ(s.runP3(c.hs[0], c.hs[1], lumSliceMiddle), LumOk);
-    ASSERT_EQ(s.runP3(c.hs[0] + c.hs[1], c.hs[2], lumSliceLast), LumOk);
-    ASSERT_EQ(a.runP3(0, H, lumSliceAll), LumOk);
-    SCOPED_TRACE(::testing::Message() << "W=" << c.W << " H=" << H << (c.aligned ? " aligned" : ""));
-    ASSERT_TRUE(s.guards()) << "slices";
-    ASSERT_TRUE(a.guards()) << "frame";
+    const int H = c.hs[0] + c.hs[1] + c.hs[2];
+    const Nv12 f = randomFrame(c.W, H, static_cast<unsigned>(c.W * 100 + H));
+    Images s(f, c.c2, c.aligned), a(f, c.c2, !c.c2 && c.aligned);
+    ASSERT_EQ(s.run(0, c.hs[0], lumSliceFirst), LumOk);
+    ASSERT_EQ(s.run(c.hs[0], c.hs[1], lumSliceMiddle), LumOk);
+    ASSERT_EQ(s.run(c.hs[0] + c.hs[1], c.hs[2], lumSliceLast), LumOk);
+    ASSERT_EQ(a.run(0, H, lumSliceAll), LumOk);
+    SCOPED_TRACE(::testing::Message() << (c.c2 ? "YUY2" : "planes") << " W=" << c.W << " H=" << H
+                                      << (c.aligned ? " aligned" : ""));
+    ASSERT_TRUE(s.guards() && a.guards());
+    if (c.c2) {
+      expectYuy2(s, f, yuy2Plan(c.W, H, false), false);
+      expectYuy2(a, f, yuy2Plan(c.W, H, true), true);
+      continue;
+    }
     std::vector<RowRule> luma;
     std::vector<int> chroma;
     planesPlan(c.W, c.hs, false, c.aligned, luma, chroma);
@@ -271,8 +252,8 @@ TEST(Deinterlace, FlatAreasAndTheWholeFrameBrightening) {
   for (int v : {0, 77, 254, 255}) {
     const Nv12 f = flatFrame(W, H, v);
     Images a(f, true, false), p(f, false, false);
-    a.runC2(0, H, lumSliceAll);
-    p.runP3(0, H, lumSliceAll);
+    a.run(0, H, lumSliceAll);
+    p.run(0, H, lumSliceAll);
     for (int y = 0; y < H; ++y)
       for (int x = 0; x < W; ++x) {
         const bool plain = y >= 2 && y < H - 2 && x < 32;
@@ -283,23 +264,6 @@ TEST(Deinterlace, FlatAreasAndTheWholeFrameBrightening) {
   }
 }
 
-// Rows 0, 1, 2 of value 0, 1, 2: the planar first slice nests its block
-// averages as avg(b, avg(a, c)) = 1 at row 1, the aligned form as
-// avg(avg(a, b), avg(b, c)) = 2; the scalar formula gives 1.
-TEST(Deinterlace, TheTwoNestingsOfTheFirstSlice) {
-  for (bool aligned : {false, true}) {
-    Nv12 f = flatFrame(64, 16, 0);
-    for (int x = 0; x < 64; ++x) {
-      f.y[64 + x] = 1;
-      f.y[128 + x] = 2;
-    }
-    Images im(f, false, aligned);
-    ASSERT_EQ(im.runP3(0, 16, lumSliceFirst), LumOk);
-    EXPECT_EQ(im.d[0]->row(1)[5], aligned ? 2 : 1);
-    EXPECT_EQ(im.d[0]->row(14)[5], 0xEE);  // rows h-2, h-1 wait for the next slice
-  }
-}
-
 // Height 2, whole frame: (3a + b + 4) >> 2 and (a + 3b + 4) >> 2, chroma
 // copied as it stands, in both forms.
 TEST(Deinterlace, WholeFrameOfHeightTwo) {
@@ -307,8 +271,8 @@ TEST(Deinterlace, WholeFrameOfHeightTwo) {
   f.y = {10, 20, 30, 255, 14, 20, 31, 255};
   f.c = {100, 201, 7, 9};
   Images a(f, true, false), p(f, false, false);
-  a.runC2(0, 2, 23);  // every bit of 1, 4 and 16: the whole frame
-  p.runP3(0, 2, lumSliceAll);
+  a.run(0, 2, 23);  // every bit of 1, 4 and 16: the whole frame
+  p.run(0, 2, lumSliceAll);
   const int r0[4] = {12, 21, 31, 255}, r1[4] = {14, 21, 31, 255};
   for (int x = 0; x < 4; ++x) {
     EXPECT_EQ(a.d[0]->row(0)[2 * x], r0[x]);
@@ -332,16 +296,16 @@ TEST(Deinterlace, SelectorsThatWriteNothing) {
     const auto before = a.d[0]->snapshot();
     std::vector<std::vector<uint8_t>> planes;
     for (int i = 0; i < 3; ++i) planes.push_back(p.d[i]->snapshot());
-    EXPECT_EQ(a.runC2(0, 6, layout), LumOk);
-    EXPECT_EQ(p.runP3(0, 6, layout), LumOk);
+    EXPECT_EQ(a.run(0, 6, layout), LumOk);
+    EXPECT_EQ(p.run(0, 6, layout), LumOk);
     EXPECT_TRUE(a.d[0]->equals(before)) << layout;
     for (int i = 0; i < 3; ++i) EXPECT_TRUE(p.d[i]->equals(planes[i])) << layout;
   }
   Images p(f, false, false), a(f, true, false);
   const auto before = p.d[0]->snapshot();
-  p.runP3(0, 2, lumSliceFirst);
+  p.run(0, 2, lumSliceFirst);
   EXPECT_TRUE(p.d[0]->equals(before));
-  a.runC2(0, 2, lumSliceFirst);
+  a.run(0, 2, lumSliceFirst);
   EXPECT_NE(a.d[0]->row(1)[0], 0xEE);
   EXPECT_EQ(a.d[0]->row(2)[0], 0xEE);
 }

@@ -2,8 +2,9 @@
 // model built from the scalar forms and the rules for where each formula
 // holds (block parts counted from each row's start, remaining pairs and
 // cells, odd last pixels, width 1), at every width from 1 to 70 and a wide
-// one, odd heights, at every instruction-set level; each lane form against
-// its scalar form over every input or a large sample; the worked values.
+// one, odd heights, at every instruction-set level (the lane forms meet
+// their scalar forms there, on random and on extreme content); the worked
+// values.
 // Guards, statuses, check order: test_generic.
 #include <gtest/gtest.h>
 
@@ -12,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "lum_table.h"
 #include "lumcc.h"
 #include "test_support.h"
 #include "video/pccycbcr02.h"
@@ -21,23 +23,7 @@ using namespace lum::ycbcrsub;
 
 namespace {
 
-// An image with a lead before its first row and padding after each row;
-// compared whole, so a write outside the region shows.
-struct Img {
-  int rowBytes, rows, step;
-  std::vector<uint8_t> buf;
-  Img(int rb, int h, std::mt19937& rng) : rowBytes(rb), rows(h), step(rb + 5), buf(16 + step * h + 16) {
-    for (auto& b : buf) b = static_cast<uint8_t>(rng() >> 24);
-  }
-  uint8_t* row(int y) { return buf.data() + 16 + y * step; }
-};
-
-int g_mode = 0;  // 0 random, 1 extremes (0 and 255 only)
-void fill(Img& im, std::mt19937& rng) {
-  for (int y = 0; y < im.rows; ++y)
-    for (int x = 0; x < im.rowBytes; ++x)
-      im.row(y)[x] = g_mode ? ((rng() >> 7) & 1 ? 255 : 0) : static_cast<uint8_t>(rng() >> 24);
-}
+using Img = lumtest::GuardedImage;  // compared whole, guards included
 
 // ---------------------------------------------------------------------------
 // Models of one row (4:2:2) or row pair (4:2:0).
@@ -83,90 +69,43 @@ void model422Inv(Order o, const uint8_t* s, int w, const std::function<void(int,
 }
 
 // ---------------------------------------------------------------------------
-// One case: source images, destination images, the call, and the model.
+// One case: the function (called through the table, images sized by it) and
+// its model over a whole image.
+using Imgs = std::vector<Img>;
 struct Case {
   std::string name;
-  std::function<std::vector<int>(int)> srcRowBytes, dstRowBytes;  // per plane
-  std::function<std::vector<int>(int)> srcRows, dstRows;           // of height
-  std::function<LumStatus(std::vector<Img>&, std::vector<Img>&, LumSize)> call;
-  std::function<void(std::vector<Img>&, std::vector<Img>&, LumSize)> model;
+  std::function<void(Imgs&, Imgs&, LumSize)> model;
   bool odd420;
 };
-
-std::vector<int> c3(int w) { return {3 * w}; }
-std::vector<int> c2(int w) { return {4 * ((w + 1) / 2)}; }
-std::vector<int> p3(int w) { return {w, w, w}; }
-std::vector<int> p422(int w) { return {w, (w + 1) / 2, (w + 1) / 2}; }
-std::vector<int> p420(int w) { return {w, (w + 1) / 2, (w + 1) / 2}; }
-std::vector<int> one(int h) { return {h}; }
-std::vector<int> three(int h) { return {h, h, h}; }
-std::vector<int> half(int h) { return {h, (h + 1) / 2, (h + 1) / 2}; }
-
 GetPix fromC3(Img& s, int y) {
   return [&s, y](int x, int v[3]) { for (int k = 0; k < 3; ++k) v[k] = s.row(y)[3 * x + k]; };
 }
-GetPix fromP3(std::vector<Img>& s, int y) {
+GetPix fromP3(Imgs& s, int y) {
   return [&s, y](int x, int v[3]) { for (int k = 0; k < 3; ++k) v[k] = s[k].row(y)[x]; };
 }
-
-Case fwdC3(const char* n, Order o, LumStatus (*f)(const Lum8u*, int, Lum8u*, int, LumSize)) {
-  return {n, c3, c2, one, one,
-          [f](std::vector<Img>& s, std::vector<Img>& d, LumSize r) { return f(s[0].row(0), s[0].step, d[0].row(0), d[0].step, r); },
-          [o](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-            for (int y = 0; y < r.height; ++y) model422Fwd(o, fromC3(s[0], y), d[0].row(y), r.width);
+Case fwd(const char* n, Order o, bool planes) {
+  return {n, [o, planes](Imgs& s, Imgs& d, LumSize r) {
+            for (int y = 0; y < r.height; ++y) model422Fwd(o, planes ? fromP3(s, y) : fromC3(s[0], y), d[0].row(y), r.width);
           }, false};
 }
-Case fwdP3(const char* n, Order o, LumStatus (*f)(const Lum8u* const*, int, Lum8u*, int, LumSize)) {
-  return {n, p3, c2, three, one,
-          [f](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-            const Lum8u* p[3] = {s[0].row(0), s[1].row(0), s[2].row(0)};
-            return f(p, s[0].step, d[0].row(0), d[0].step, r);
-          },
-          [o](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-            for (int y = 0; y < r.height; ++y) model422Fwd(o, fromP3(s, y), d[0].row(y), r.width);
-          }, false};
-}
-Case invC3(const char* n, Order o, LumStatus (*f)(const Lum8u*, int, Lum8u*, int, LumSize)) {
-  return {n, c2, c3, one, one,
-          [f](std::vector<Img>& s, std::vector<Img>& d, LumSize r) { return f(s[0].row(0), s[0].step, d[0].row(0), d[0].step, r); },
-          [o](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-            for (int y = 0; y < r.height; ++y)
-              model422Inv(o, s[0].row(y), r.width, [&](int x, const uint8_t* rgb) { memcpy(d[0].row(y) + 3 * x, rgb, 3); });
-          }, false};
-}
-Case invP3(const char* n, Order o, LumStatus (*f)(const Lum8u*, int, Lum8u* const*, int, LumSize)) {
-  return {n, c2, p3, one, three,
-          [f](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-            Lum8u* p[3] = {d[0].row(0), d[1].row(0), d[2].row(0)};
-            // the three planes share the first plane's step
-            return f(s[0].row(0), s[0].step, p, d[0].step, r);
-          },
-          [o](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
+Case inv(const char* n, Order o, bool planes) {
+  return {n, [o, planes](Imgs& s, Imgs& d, LumSize r) {
             for (int y = 0; y < r.height; ++y)
               model422Inv(o, s[0].row(y), r.width, [&](int x, const uint8_t* rgb) {
-                for (int k = 0; k < 3; ++k) d[k].row(y)[x] = rgb[k];
+                for (int k = 0; k < 3; ++k) (planes ? d[k].row(y)[x] : d[0].row(y)[3 * x + k]) = rgb[k];
               });
           }, false};
 }
 
 std::vector<Case> cases() {
   std::vector<Case> v = {
-      fwdC3("RGBToYCbCr422_C3C2", Order::CbCr, lumiRGBToYCbCr422_8u_C3C2R),
-      fwdC3("RGBToYCrCb422_C3C2", Order::CrCb, lumiRGBToYCrCb422_8u_C3C2R),
-      fwdP3("RGBToYCbCr422_P3C2", Order::CbCr, lumiRGBToYCbCr422_8u_P3C2R),
-      fwdP3("RGBToYCrCb422_P3C2", Order::CrCb, lumiRGBToYCrCb422_8u_P3C2R),
-      invC3("YCbCr422ToRGB_C2C3", Order::CbCr, lumiYCbCr422ToRGB_8u_C2C3R),
-      invC3("YCrCb422ToRGB_C2C3", Order::CrCb, lumiYCrCb422ToRGB_8u_C2C3R),
-      invP3("YCbCr422ToRGB_C2P3", Order::CbCr, lumiYCbCr422ToRGB_8u_C2P3R),
-      invP3("YCrCb422ToRGB_C2P3", Order::CrCb, lumiYCrCb422ToRGB_8u_C2P3R),
+      fwd("lumiRGBToYCbCr422_8u_C3C2R", Order::CbCr, false), fwd("lumiRGBToYCrCb422_8u_C3C2R", Order::CrCb, false),
+      fwd("lumiRGBToYCbCr422_8u_P3C2R", Order::CbCr, true),  fwd("lumiRGBToYCrCb422_8u_P3C2R", Order::CrCb, true),
+      inv("lumiYCbCr422ToRGB_8u_C2C3R", Order::CbCr, false), inv("lumiYCrCb422ToRGB_8u_C2C3R", Order::CrCb, false),
+      inv("lumiYCbCr422ToRGB_8u_C2P3R", Order::CbCr, true),  inv("lumiYCrCb422ToRGB_8u_C2P3R", Order::CrCb, true),
   };
-  v.push_back({"YCbCr422ToRGB_P3C3", p422, c3, three, one,
-               [](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-                 const Lum8u* p[3] = {s[0].row(0), s[1].row(0), s[2].row(0)};
-                 const int st[3] = {s[0].step, s[1].step, s[2].step};
-                 return lumiYCbCr422ToRGB_8u_P3C3R(p, st, d[0].row(0), d[0].step, r);
-               },
-               [](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
+  v.push_back({"lumiYCbCr422ToRGB_8u_P3C3R",
+               [](Imgs& s, Imgs& d, LumSize r) {
                  for (int y = 0; y < r.height; ++y)
                    for (int x = 0; x < r.width; ++x) {
                      const int Y = s[0].row(y)[x], cb = s[1].row(y)[x >> 1], cr = s[2].row(y)[x >> 1];
@@ -174,13 +113,8 @@ std::vector<Case> cases() {
                      else ycbcr::formG(Y, cb, cr, d[0].row(y) + 3 * x);
                    }
                }, false});
-  v.push_back({"RGBToYCbCr420_C3P3", c3, p420, one, half,
-               [](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-                 Lum8u* p[3] = {d[0].row(0), d[1].row(0), d[2].row(0)};
-                 const int st[3] = {d[0].step, d[1].step, d[2].step};
-                 return lumiRGBToYCbCr420_8u_C3P3R(s[0].row(0), s[0].step, p, st, r);
-               },
-               [](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
+  v.push_back({"lumiRGBToYCbCr420_8u_C3P3R",
+               [](Imgs& s, Imgs& d, LumSize r) {
                  const int cells = r.width >> 1;
                  for (int j = 0; j < r.height >> 1; ++j)
                    for (int c = 0; c < cells; ++c) {
@@ -196,13 +130,8 @@ std::vector<Case> cases() {
                      d[2].row(j)[c] = static_cast<uint8_t>(block ? fwd420BlockCr(S[0], S[1], S[2]) : cellCr(S[0], S[1], S[2]));
                    }
                }, true});
-  v.push_back({"YCbCr420ToRGB_P3C3", p420, c3, half, one,
-               [](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
-                 const Lum8u* p[3] = {s[0].row(0), s[1].row(0), s[2].row(0)};
-                 const int st[3] = {s[0].step, s[1].step, s[2].step};
-                 return lumiYCbCr420ToRGB_8u_P3C3R(p, st, d[0].row(0), d[0].step, r);
-               },
-               [](std::vector<Img>& s, std::vector<Img>& d, LumSize r) {
+  v.push_back({"lumiYCbCr420ToRGB_8u_P3C3R",
+               [](Imgs& s, Imgs& d, LumSize r) {
                  const int cells = r.width >> 1;
                  for (int y = 0; y < (r.height & ~1); ++y)
                    for (int x = 0; x < 2 * cells; ++x) {
@@ -216,84 +145,39 @@ std::vector<Case> cases() {
 
 class Model : public ::testing::TestWithParam<int> {};
 
+// Random and extreme (0 and 255 only) content; a whole image compared, so a
+// write outside the region shows.
 TEST_P(Model, EveryWidthAndHeightAsTheFormulasSay) {
   const Case c = cases()[GetParam()];
+  const lumtable::Entry& e = *lumtable::find(c.name.c_str());
   std::mt19937 rng(77 + GetParam());
-  std::vector<int> widths;
-  for (int w = 1; w <= 70; ++w) widths.push_back(w);
+  std::vector<int> widths = lumtest::widthsUpTo(70);
   widths.push_back(1001);
   for (lum::Isa level : lumtest::isaLevels())
-  for (int mode : {0, 1})
-    for (int w : widths)
-      for (int h : {1, 2, 3}) {
-        const lumtest::IsaCap cap(level);
-        g_mode = mode;
-        const LumSize r{w, h};
-        std::vector<Img> s, d;
-        for (size_t p = 0; p < c.srcRowBytes(w).size(); ++p) {
-          s.emplace_back(c.srcRowBytes(w)[p], c.srcRows(h)[p], rng);
-          fill(s.back(), rng);
+    for (int mode : {0, 1})
+      for (int w : widths)
+        for (int h : {1, 2, 3}) {
+          const lumtest::IsaCap cap(level);
+          Imgs s, d;
+          std::vector<lumtest::Plane> sp, dp;
+          for (int p = 0; p < e.srcPlanes(); ++p) {
+            s.emplace_back(e.srcRowBytes(p, w), e.srcRows(p, h), 5, p);
+            mode ? s.back().fillExtremes(rng) : s.back().fillRandom(rng);
+          }
+          for (int p = 0; p < e.dstPlanes(); ++p) d.emplace_back(e.dstRowBytes(p, w), e.dstRows(p, h), 5, 3 + p);
+          for (Img& i : s) sp.push_back({i.data(), i.step()});
+          for (Img& i : d) dp.push_back({i.data(), i.step()});
+          Imgs want = d;
+          c.model(s, want, {w, h});
+          EXPECT_EQ(lumtest::callTable(c.name, sp, dp, {w, h}), c.odd420 && ((w | h) & 1) ? LumWarnOddSize : LumOk)
+              << c.name << " " << w << "x" << h;
+          for (size_t p = 0; p < d.size(); ++p)
+            ASSERT_EQ(d[p].snapshot(), want[p].snapshot()) << c.name << " " << w << "x" << h << " plane " << p << " mode " << mode
+                                             << " at " << lumtest::isaName(level);
         }
-        for (size_t p = 0; p < c.dstRowBytes(w).size(); ++p) d.emplace_back(c.dstRowBytes(w)[p], c.dstRows(h)[p], rng);
-        std::vector<Img> want = d;
-        c.model(s, want, r);
-        const LumStatus st = c.call(s, d, r);
-        EXPECT_EQ(st, c.odd420 && ((w | h) & 1) ? LumWarnOddSize : LumOk) << c.name << " " << w << "x" << h;
-        for (size_t p = 0; p < d.size(); ++p)
-          ASSERT_EQ(d[p].buf, want[p].buf) << c.name << " " << w << "x" << h << " plane " << p << " mode " << mode
-                                           << " at " << lumtest::isaName(level);
-      }
 }
 INSTANTIATE_TEST_SUITE_P(YCbCrSub, Model, ::testing::Range(0, 11),
                          [](const ::testing::TestParamInfo<int>& i) { return cases()[i.param].name; });
-
-// ---------------------------------------------------------------------------
-// Lane forms against scalar forms: every R, G, B for the luma forms and the
-// 4:2:0 inverse, a large sample of sums for the chroma forms.
-template <class Lanes, class Scalar>
-void everyTriple(Lanes lanes, Scalar scalar, int range0 = 256, int range1 = 256, int range2 = 256) {
-  for (int a = 0; a < range0; ++a)
-    for (int b = 0; b < range1; ++b)
-      for (int c0 = 0; c0 < range2; c0 += 8) {
-        alignas(16) int16_t A[8], B[8], C[8], out[8];
-        for (int i = 0; i < 8; ++i) A[i] = static_cast<int16_t>(a), B[i] = static_cast<int16_t>(b), C[i] = static_cast<int16_t>(std::min(c0 + i, range2 - 1));
-        const I16x8 o = lanes(I16x8{_mm_load_si128(reinterpret_cast<const __m128i*>(A))},
-                              I16x8{_mm_load_si128(reinterpret_cast<const __m128i*>(B))},
-                              I16x8{_mm_load_si128(reinterpret_cast<const __m128i*>(C))});
-        _mm_store_si128(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(o.v, o.v));
-        const uint8_t* ob = reinterpret_cast<const uint8_t*>(out);
-        for (int i = 0; i < 8; ++i)
-          if (ob[i] != scalar(A[i], B[i], C[i])) FAIL() << a << " " << b << " " << C[i];
-      }
-}
-
-TEST(YCbCrSubLanes, LumaForms) {
-  everyTriple([](I16x8 r, I16x8 g, I16x8 b) { return fwd422BlockYLanes(r, g, b); }, fwd422BlockY);
-  everyTriple([](I16x8 r, I16x8 g, I16x8 b) { return fwd420BlockYLanes(r, g, b); }, fwd420BlockY);
-}
-TEST(YCbCrSubLanes, CellChromaForms) {  // sums of four pixels, 0 .. 1020, every 3rd
-  const ycbcr::Forward420Set& k = ycbcr::kry420;
-  for (int which = 0; which < 2; ++which) {
-    const int c0 = which ? k.crR : k.cbR, c1 = which ? k.crG : k.cbG, c2 = which ? k.crB : k.cbB;
-    for (int a = 0; a <= 1020; a += 3)
-      for (int b = 0; b <= 1020; b += 3)
-        for (int c = 0; c <= 1020; c += 8) {
-          alignas(16) int16_t C[8];
-          for (int i = 0; i < 8; ++i) C[i] = static_cast<int16_t>(std::min(c + i, 1020));
-          const I16x8 o = fwd420BlockChromaLanes(broadcast16<I16x8>(a), broadcast16<I16x8>(b),
-                                                 I16x8{_mm_load_si128(reinterpret_cast<const __m128i*>(C))}, c0, c1, c2);
-          alignas(16) uint8_t ob[16];
-          _mm_store_si128(reinterpret_cast<__m128i*>(ob), _mm_packus_epi16(o.v, o.v));
-          for (int i = 0; i < 8; ++i)
-            ASSERT_EQ(ob[i], fwd420BlockChroma(a, b, C[i], c0, c1, c2)) << a << " " << b << " " << C[i];
-        }
-  }
-}
-TEST(YCbCrSubLanes, Inverse420Form) {
-  for (int k = 0; k < 3; ++k)
-    everyTriple([k](I16x8 y, I16x8 cb, I16x8 cr) { I16x8 o[3]; inv420BlockLanes(y, cb, cr, o); return o[k]; },
-                [k](int y, int cb, int cr) { uint8_t rgb[3]; inv420Block(y, cb, cr, rgb); return rgb[k]; });
-}
 
 // ---------------------------------------------------------------------------
 // Worked values.
@@ -328,25 +212,4 @@ TEST(YCbCrSub, WidthOneUsesItsOneChromaByteForBoth) {
   EXPECT_EQ(a[2], 242);
   EXPECT_EQ(0, memcmp(a, b, 3));
 }
-TEST(YCbCrSub, WidthThreeTakesCrFromThePairBefore) {
-  // Pixel 2 has its own Cb (byte 5) and the Cr of pixels 0 and 1 (byte 3).
-  const uint8_t src[8] = {16, 128, 16, 240, 235, 128, 0, 0};
-  uint8_t dst[9];
-  ASSERT_EQ(lumiYCbCr422ToRGB_8u_C2C3R(src, 8, dst, 9, {3, 1}), LumOk);
-  uint8_t want[3];
-  ycbcr::formD(235, 128, 240, want);
-  EXPECT_EQ(0, memcmp(dst + 6, want, 3));
-  EXPECT_EQ(dst[6], 255);  // red-shifted by the pair's Cr
-}
-TEST(YCbCrSub, ThreeByThree420ConvertsOneCellAndWarns) {
-  std::vector<uint8_t> src(27, 0), y(9, 7), cb(2, 7), cr(2, 7);
-  Lum8u* d[3] = {y.data(), cb.data(), cr.data()};
-  const int st[3] = {3, 2, 2};
-  ASSERT_EQ(lumiRGBToYCbCr420_8u_C3P3R(src.data(), 9, d, st, {3, 3}), LumWarnOddSize);
-  EXPECT_EQ(y, (std::vector<uint8_t>{16, 16, 7, 16, 16, 7, 7, 7, 7}));
-  EXPECT_EQ(cb[0], 128);
-  EXPECT_EQ(cb[1], 7);
-  EXPECT_EQ(cr[0], 128);
-}
-
 }  // namespace

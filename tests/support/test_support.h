@@ -6,6 +6,9 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <array>
+#include <functional>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -38,6 +41,8 @@ class GuardedImage {
 
   // Random bytes in the region (guards keep their pattern).
   void fillRandom(std::mt19937& rng);
+  // Region bytes 0 or 255 only (the extremes of every formula).
+  void fillExtremes(std::mt19937& rng);
   // Region filled with one byte value.
   void fill(uint8_t v);
   // True when no byte outside the region differs from the guard pattern.
@@ -89,6 +94,43 @@ std::vector<int> widthsUpTo(int maxWidth);
 
 // A readable "x=.. y=.. c=.." for failure messages.
 std::string where(int x, int y, int c);
+
+// Calls a function of the table on planes (the data and step of each) or on
+// guarded images; fill is a trailing value (alpha, shape N).
+struct Plane {
+  uint8_t* data;
+  int step;
+};
+LumStatus callTable(const std::string& name, const std::vector<Plane>& src,
+                    const std::vector<Plane>& dst, LumSize roi, unsigned fill = 0);
+LumStatus callTable(const std::string& name, const std::vector<GuardedImage*>& src,
+                    const std::vector<GuardedImage*>& dst, LumSize roi, unsigned fill = 0);
+
+// The 4:4:4 conversions (a pixel in, a pixel out): a function as its tests
+// see it, with its layouts, its block size (the block part of a row is
+// width & ~(block - 1); 0: none) and the scalar forms of its block loop and
+// tail.  `name` is the table's name without "lumi" and "_8u".
+namespace px444 {
+enum class Layout { C3, AC4, P3 };
+using Pix = std::array<int, 3>;
+using PixFn = std::function<Pix(int, int, int)>;
+struct Fn {
+  std::string name;
+  Layout in, out;
+  int block;
+  PixFn blockFn, tailFn;
+};
+inline void PrintTo(const Fn& f, std::ostream* os) { *os << f.name; }
+
+// Random rows of every width at several alignments and paddings (at every
+// level with everyLevel): block parts against the block form, tails against
+// the tail form.
+void expectScalarFormsAtWidths(const Fn& f, const std::vector<int>& widths, bool everyLevel);
+// Pixel 0 of a row of 16 (block part) or of 1 (tail), all pixels `in`.
+Pix convertOne(const Fn& f, bool inBlock, Pix in);
+// The largest difference of two forms in each channel over a grid of the cube.
+Pix largestDifference(const PixFn& a, const PixFn& b);
+}  // namespace px444
 
 }  // namespace lumtest
 
