@@ -426,7 +426,7 @@ constexpr bool bothFit(const Conversion& c) {
   second.in.layout = c.via;
   second.functionName = c.thenFunction;
   second.split = second.crCb = false;
-  return !c.direct && shapeFits(first) && shapeFits(second);
+  return shapeFits(first) && shapeFits(second);
 }
 
 constexpr bool shapeFits(const Conversion& c) {
@@ -437,12 +437,12 @@ constexpr bool shapeFits(const Conversion& c) {
     if (sameText(t.name, "lumiCopy_8u_C1R")) return c.in.layout == c.out.layout && !c.split;
     // The planes a YV12-order row exchanges are three chroma-sharing planes.
     if (c.crCb && c.in.layout != Layout::P3_420 && c.out.layout != Layout::P3_420) return false;
-    // The tool's own call: a function the table cannot invoke, 4:2:0 planes
-    // to pixels.
-    if (c.direct)
-      return t.src == lum::Layout::None && c.in.layout == Layout::P3_420 &&
-             c.out.layout == Layout::C3 && c.crCb;
-    if (t.src == lum::Layout::None) return false;
+    // The tool's own call (a function the table cannot invoke, which it
+    // lists without layouts): 4:2:0 planes to pixels.  (Whether the row has
+    // its direct call is not a constant expression in every build, so the
+    // function's table line decides.)
+    if (t.src == lum::Layout::None)
+      return c.in.layout == Layout::P3_420 && c.out.layout == Layout::C3 && c.crCb;
     const lum::Layout in = c.split ? lum::Layout::P3 : tableLayout(c.in.layout);
     if (c.split && c.in.layout != Layout::C3) return false;
     return t.src == in && t.dst == tableLayout(c.out.layout) &&
