@@ -323,24 +323,32 @@ inline void hsvToRgbLanes(F Hf, F Sf, F Vf, I& R, I& G, I& B) {
 }
 
 // ---------------------------------------------------------------------------
-// The 4-lane forms of the main loop, as the SSE2 and SSSE3 loops use them:
-// R, G, B (or H, S, V) as floats in, converted 32-bit integers out.
-template <class T>
-inline void rgbToHsvBlockVec(__m128 R, __m128 G, __m128 B, __m128i& H, __m128i& S, __m128i& V) {
-  I32x4 h, s, v;
-  rgbToHsvLanes<T>(F32x4{R}, F32x4{G}, F32x4{B}, h, s, v);
+// The main loop's formulas on raw registers, as the block loops use them:
+// R, G, B (or H, S, V) as floats in, converted 32-bit integers out.  F is the
+// float lane type (F32x4 in the SSE2 and SSSE3 loops, F32x8 in the AVX2 ones).
+template <class T, class F, class I = typename LanesOf<F>::Int>
+inline void rgbToHsvRegs(decltype(F::v) R, decltype(F::v) G, decltype(F::v) B,
+                         decltype(I::v)& H, decltype(I::v)& S, decltype(I::v)& V) {
+  I h, s, v;
+  rgbToHsvLanes<T>(F{R}, F{G}, F{B}, h, s, v);
   H = h.v;
   S = s.v;
   V = v.v;
 }
-template <class T>
-inline void hsvToRgbBlockVec(__m128 H, __m128 S, __m128 V, __m128i& R, __m128i& G, __m128i& B) {
-  I32x4 r, g, b;
-  hsvToRgbLanes<T>(F32x4{H}, F32x4{S}, F32x4{V}, r, g, b);
+template <class T, class F, class I = typename LanesOf<F>::Int>
+inline void hsvToRgbRegs(decltype(F::v) H, decltype(F::v) S, decltype(F::v) V,
+                         decltype(I::v)& R, decltype(I::v)& G, decltype(I::v)& B) {
+  I r, g, b;
+  hsvToRgbLanes<T>(F{H}, F{S}, F{V}, r, g, b);
   R = r.v;
   G = g.v;
   B = b.v;
 }
+// The 4-lane forms.
+template <class T>
+constexpr auto rgbToHsvBlockVec = rgbToHsvRegs<T, F32x4>;
+template <class T>
+constexpr auto hsvToRgbBlockVec = hsvToRgbRegs<T, F32x4>;
 
 inline __m128 u8LanesToFloat(__m128i v, int group) {  // bytes 4g..4g+3 of v
   const __m128i w = group < 2 ? lo8to16(v) : hi8to16(v);

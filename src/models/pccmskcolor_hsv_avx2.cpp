@@ -21,24 +21,11 @@ using namespace lum::hsv;
 
 namespace {
 
-// ---------------------------------------------------------------------------
 // The main loop's formulas of pccmskcolor_hsv.h at eight float lanes.
 template <class T>
-inline void rgbToHsvBlockVec8(__m256 R, __m256 G, __m256 B, __m256i& H, __m256i& S, __m256i& V) {
-  I32x8 h, s, v;
-  rgbToHsvLanes<T>(F32x8{R}, F32x8{G}, F32x8{B}, h, s, v);
-  H = h.v;
-  S = s.v;
-  V = v.v;
-}
+constexpr auto rgbToHsvBlockVec8 = rgbToHsvRegs<T, F32x8>;
 template <class T>
-inline void hsvToRgbBlockVec8(__m256 H, __m256 S, __m256 V, __m256i& R, __m256i& G, __m256i& B) {
-  I32x8 r, g, b;
-  hsvToRgbLanes<T>(F32x8{H}, F32x8{S}, F32x8{V}, r, g, b);
-  R = r.v;
-  G = g.v;
-  B = b.v;
-}
+constexpr auto hsvToRgbBlockVec8 = hsvToRgbRegs<T, F32x8>;
 
 using Vec8Fn = void (*)(__m256, __m256, __m256, __m256i&, __m256i&, __m256i&);
 
